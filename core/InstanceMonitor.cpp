@@ -1,0 +1,7 @@
+#include "ZuXmlLib16/InstanceMonitor.h"
+
+namespace ZuXmlLib16 {
+
+CInstanceMonitor::~CInstanceMonitor() = default;
+
+}  // namespace ZuXmlLib16
