@@ -4,11 +4,147 @@
 // failure, so that a throw site is one call. The texts are part of the interface, word for word;
 // "sic" marks a slip.
 
+#include <cstddef>
+#include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace ZuXmlLib16 {
 
+// Options and parameters
+[[noreturn]] void ThrowExclusiveIgnoreOptions(const char* optionSet, const char* optionWanted);
+[[noreturn]] void ThrowIndentCharsNotWhitespace();
+/// Null where an object is needed.
+[[noreturn]] void ThrowPropertyIsNull(const char* name);
+[[noreturn]] void ThrowIndexOutOfRange(int index, int count);
+/// The short form, of insertions.
+[[noreturn]] void ThrowIndexOutOfRange();
+[[noreturn]] void ThrowWrongVersion(int generatorMajor, int generatorMinor);
+[[noreturn]] void ThrowUnsupportedFormat(const char* format);
+[[noreturn]] void ThrowZlibOnlyForStreams();
+
+// Choices and elements
+/// @param isBracketed  whether the message shows the name in brackets.
+[[noreturn]] void ThrowChoiceAlreadySet(const std::string& selected, bool isBracketed);
+[[noreturn]] void ThrowElementNameDiffers(const std::string& expected, const std::string& actual);
+[[noreturn]] void ThrowNestedTooDeeply(const std::string& name, int limit, const std::string& path);
+[[noreturn]] void ThrowInvalidElement(const std::string& name, const std::string& path);
+[[noreturn]] void ThrowInappropriateAttribute(const std::string& name, const std::string& path);
+[[noreturn]] void ThrowInvalidNamespace(const std::string& namespaceUri,
+                                        const std::string& restriction,
+                                        const std::string& targetNamespace);
+[[noreturn]] void ThrowUnusableNamespace(const std::string& namespaceUri);
+[[noreturn]] void ThrowNamespaceOutsideRestriction(const std::string& namespaceUri,
+                                                   const std::string& name,
+                                                   const std::string& restriction);
+/// @param what  "Element Name", "Namespace Restriction" or "Target Namespace".
+[[noreturn]] void ThrowMustHaveValue(const char* what);
+[[noreturn]] void ThrowReadByCollection();
+[[noreturn]] void ThrowUnknownAlias(const std::string& alias);
+
+// Collections
+[[noreturn]] void ThrowTooManyItems(const std::string& name, int maximum);
+[[noreturn]] void ThrowTooFewItems(const std::string& name, int minimum);
+[[noreturn]] void ThrowItemNotFound();
+[[noreturn]] void ThrowCollectionHasNoTargetNamespace();
+[[noreturn]] void ThrowCollectionHasNoNamespace();
+
+// Documents
+[[noreturn]] void ThrowXmlStringEmpty();
+[[noreturn]] void ThrowXmlStreamEmpty();
+[[noreturn]] void ThrowFileOpenFailed(const std::string& path);
+[[noreturn]] void ThrowFileSizeFailed(const std::string& path, int error);
+[[noreturn]] void ThrowFileReadFailed(const std::string& path, int error);
+[[noreturn]] void ThrowParseError(const char* text, int line);
+/// Compressed input that is damaged fails as the text it is not; the cause goes with it.
+[[noreturn]] void ThrowDamagedInput(const std::string& parseError, const std::string& cause);
+
+// Writers
+[[noreturn]] void ThrowElementNotClosed();
+[[noreturn]] void ThrowAttributeAfterContent();
+[[noreturn]] void ThrowDirectiveAfterElement();
+[[noreturn]] void ThrowInvalidEolType();
+
 // Value types
 [[noreturn]] void ThrowUnknownWhitespaceRule();
+
+// Binary data
+[[noreturn]] void ThrowSharedAppend(std::int64_t refCount);
+[[noreturn]] void ThrowSharedRelease(std::int64_t refCount);
+[[noreturn]] void ThrowByteIndexOutOfRange(unsigned long index);
+[[noreturn]] void ThrowOddHexLength();
+[[noreturn]] void ThrowInvalidHexCharacter(char character);
+
+// Dates and durations
+/// @param reason  what the message shows in parentheses.
+[[noreturn]] void ThrowInvalidDate(const char* reason);
+[[noreturn]] void ThrowInvalidDateForm(std::string_view text);
+[[noreturn]] void ThrowNullTime();
+[[noreturn]] void ThrowEmptyTime();
+[[noreturn]] void ThrowInvalidTimeForm(std::string_view text);
+[[noreturn]] void ThrowTimeFractionTooLong(std::string_view text);
+[[noreturn]] void ThrowNullDateTime();
+[[noreturn]] void ThrowDateTimeWithoutTime(std::string_view text);
+[[noreturn]] void ThrowInvalidDateTimeForm(std::string_view text);
+[[noreturn]] void ThrowInvalidTimeZoneForm(std::string_view text);
+[[noreturn]] void ThrowInvalidTimeZone(int hour, int minute);
+[[noreturn]] void ThrowInvalidMonth(int month);
+[[noreturn]] void ThrowInvalidYear(long long year);
+/// The day of a date, of a month in any year, and of any month.
+[[noreturn]] void ThrowInvalidDayOfDate(int day);
+[[noreturn]] void ThrowInvalidDayOfMonth(int day);
+[[noreturn]] void ThrowInvalidDay(int day);
+/// @param variable  the name in the range that the message shows.
+[[noreturn]] void ThrowInvalidTimePart(const char* name, int value, const char* variable, int max);
+[[noreturn]] void ThrowDateFieldNotAllowed(const char* name, int value, const std::string& type);
+[[noreturn]] void ThrowDateConversion(const std::string& target, const std::string& source);
+[[noreturn]] void ThrowUnknownDateType(int type);
+[[noreturn]] void ThrowDateTypeConflict(const std::string& requested, const std::string& current);
+[[noreturn]] void ThrowDateTypeLacksField(const char* operation, const std::string& type);
+[[noreturn]] void ThrowNoCalendarTime(const std::string& type);
+[[noreturn]] void ThrowNoTimeZone();
+[[noreturn]] void ThrowNullDuration();
+[[noreturn]] void ThrowEmptyDuration();
+[[noreturn]] void ThrowInvalidDurationForm(std::string_view text);
+[[noreturn]] void ThrowDurationFractionTooLong(std::string_view text);
+
+// Streams and compression
+[[noreturn]] void ThrowFileNotWritten(const std::string& path);
+[[noreturn]] void ThrowFlushFailed();
+[[noreturn]] void ThrowUnknownEncoding();
+[[noreturn]] void ThrowNotCompressed(int zlibCode);
+[[noreturn]] void ThrowDocumentTooLarge(std::size_t limitInBytes);
+
+// Big integers and decimals
+/// @param operatorText  the operator as its message shows it: "/", "%", " /=" or "%=".
+[[noreturn]] void ThrowDivisionByZero(const char* operatorText);
+[[noreturn]] void ThrowNegativeSquareRoot();
+/// @param type  "int" or "LONGLONG".
+[[noreturn]] void ThrowOutOfBound(const char* type);
+[[noreturn]] void ThrowNotFinite();
+[[noreturn]] void ThrowNotADecimal(std::string_view text);
+[[noreturn]] void ThrowDecimalTooLarge(std::string_view text);
+/// @param type  "Double", "LONGLONG" or "LONG".
+[[noreturn]] void ThrowDecimalOverflow(const char* type);
+
+// Text conversions and variants
+/// @param type  the item type's code, e.g. "i4".
+[[noreturn]] void ThrowNotConvertible(std::string_view text, const char* type);
+[[noreturn]] void ThrowTooLarge(std::string_view text, const char* type);
+[[noreturn]] void ThrowNotOneChar(std::string_view text);
+[[noreturn]] void ThrowInvalidBoolean(std::string_view text);
+[[noreturn]] void ThrowInvalidItemType(int type);
+[[noreturn]] void ThrowItemTypeWithoutText(int type);
+[[noreturn]] void ThrowUnknownItemType();
+
+// Facets
+/// @param name  of the element or attribute; null counts as "".
+[[noreturn]] void ThrowInvalidFacetNumber(const char* name, const std::string& value);
+[[noreturn]] void ThrowInvalidFacetValue(const char* name, std::string_view value);
+/// @param cause  the full message of what went wrong in the check.
+[[noreturn]] void ThrowFailedFacetCheck(const std::string& cause, const char* name,
+                                        std::string_view value);
+[[noreturn]] void ThrowUncheckedType(const std::string& type);
+[[noreturn]] void ThrowInvalidRegularExpression(std::string_view value, const std::string& reason);
 
 }  // namespace ZuXmlLib16

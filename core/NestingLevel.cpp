@@ -1,0 +1,24 @@
+#include "core/NestingLevel.h"
+
+#include "ZuXmlLib16/XmlDocument.h"
+#include "core/Errors.h"
+
+namespace ZuXmlLib16::detail {
+namespace {
+
+thread_local int openLevels = 0;
+
+}  // namespace
+
+NestingLevel::NestingLevel(const CXmlElement& element, const CSerializationContext& context) {
+  if (openLevels >= context.GetMaxDepth()) {
+    ThrowNestedTooDeeply(element.GetLocalName(), context.GetMaxDepth(), element.GetXPath());
+  }
+  ++openLevels;
+}
+
+NestingLevel::~NestingLevel() {
+  --openLevels;
+}
+
+}  // namespace ZuXmlLib16::detail

@@ -1,0 +1,16 @@
+// The static objects that initialisers of other files may use, in the order of their dependencies.
+// Generated code runs before main, and load order between files is not defined, so these come
+// first.
+
+#include "ZuXmlLib16/SerializationContext.h"
+#include "ZuXmlLib16/UntypedCollections.h"
+#include "ZuXmlLib16/XmlWriter.h"
+
+namespace ZuXmlLib16 {
+
+__attribute__((init_priority(101))) const std::string CXmlWriter::XML_NAMESPACE =
+    "http://www.w3.org/XML/1998/namespace";
+
+__attribute__((init_priority(102))) CSerializationContext CSerializationContext::m_defaultContext;
+
+}  // namespace ZuXmlLib16

@@ -1,0 +1,37 @@
+# Fails when a test that includes public headers only uses a function, table or type of the library that the shared
+# library does not export: a program linked to the shared library could not use it either. The tests themselves are
+# linked to the static library, where a forgotten export would not show.
+function(symbols out option)
+  execute_process(COMMAND ${NM} ${option} ${ARGN} OUTPUT_VARIABLE text COMMAND_ERROR_IS_FATAL ANY)
+  string(REGEX MATCHALL "_Z[A-Za-z0-9_]*1[04]ZuXmlLib16[A-Za-z0-9_]*" found "${text}")
+  set(${out} "${found}" PARENT_SCOPE)
+endfunction()
+
+list(FILTER OBJECTS INCLUDE REGEX "\\.cpp\\.o$")
+set(public_objects)
+foreach(object ${OBJECTS})
+  string(REGEX REPLACE "^.*/zuxml_tests\\.dir/(.*)\\.o$" "${SOURCE_DIR}/\\1" source ${object})
+  if(EXISTS ${source})
+    file(STRINGS ${source} internal_includes REGEX "#include \"(core|xml|json|fastinfoset|types)/")
+    if(NOT internal_includes)
+      list(APPEND public_objects ${object})
+    endif()
+  endif()
+endforeach()
+
+symbols(used --undefined-only ${public_objects})
+symbols(defined_by_tests --defined-only ${OBJECTS})
+execute_process(COMMAND ${NM} --dynamic --defined-only ${LIBRARY} OUTPUT_VARIABLE exported_text COMMAND_ERROR_IS_FATAL ANY)
+string(REGEX MATCHALL "_Z[A-Za-z0-9_]+" exported "${exported_text}")
+
+list(REMOVE_DUPLICATES used)
+if(NOT used)
+  message(FATAL_ERROR "no test uses a symbol of the library: this check looks at the wrong files")
+endif()
+list(REMOVE_ITEM used ${defined_by_tests} ${exported})
+if(used)
+  list(JOIN used "\n  " names)
+  message(FATAL_ERROR "not exported from ${LIBRARY}:\n  ${names}")
+endif()
+list(LENGTH public_objects count)
+message("every symbol that ${count} test files use is exported")

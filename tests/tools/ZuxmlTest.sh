@@ -1,0 +1,136 @@
+#!/usr/bin/env bash
+# usage: ZuxmlTest.sh ZUXML
+# Behaviour of the command-line tool: exit status, messages, and what it leaves on the disk.
+set -uo pipefail
+
+zuxml=$1
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+cd "$work" || exit 1
+export LC_ALL=C.UTF-8
+
+passed=0 failed=0
+check() {  # NAME EXPECTED ACTUAL
+  if [[ $2 == "$3" ]]; then
+    passed=$((passed + 1))
+  else
+    failed=$((failed + 1))
+    printf 'FAILED %s\n  expected: %s\n  actual:   %s\n' "$1" "$2" "$3"
+  fi
+}
+
+# Runs the tool; leaves its exit status in $status and what it printed in the files out and err.
+run() {
+  status=0
+  "$zuxml" "$@" > out 2> err || status=$?
+}
+
+fails() {  # NAME STATUS MESSAGE ARGUMENT...: MESSAGE is a pattern for the first line
+  local name=$1 expected=$2 message=$3
+  shift 3
+  run "$@"
+  check "$name: status" "$expected" "$status"
+  local line
+  IFS= read -r line < err
+  # shellcheck disable=SC2053
+  if [[ $line == $message ]]; then check "$name" ok ok; else check "$name" "$message" "$line"; fi
+}
+
+cat > a.xml <<'XML'
+<?xml version="1.0"?>
+<a xmlns:p="urn:p" n="1 &lt; &#10;2">
+  <p:b/>
+  <c p:k="v">Grüße</c>
+  <p:b> </p:b>
+</a>
+XML
+compact='<a n="1 &lt; &#10;2"><AA:b xmlns:AA="urn:p"/><c xmlns:AA="urn:p" AA:k="v">Grüße</c><AA:b xmlns:AA="urn:p"> </AA:b></a>'
+
+# Wrong usage is told apart from failures and never touches OUT.
+echo old > old.xml
+fails 'no command' 2 'zuxml: a command is missing'
+fails 'unknown command' 2 "zuxml: unknown command 'copy'" copy a.xml b.xml
+fails 'missing operand' 2 'zuxml: usage: zuxml convert *' convert a.xml
+fails 'unknown option' 2 'zuxml: unknown option --shiny' convert --shiny a.xml old.xml
+fails 'unknown short option' 2 'zuxml: unknown option -q' convert -q a.xml old.xml
+fails 'option without value' 2 'zuxml: the option --eol needs a value' convert a.xml old.xml --eol
+fails 'unknown value' 2 "zuxml: --eol takes one of lf, crlf, not 'cr'" convert a.xml old.xml --eol cr
+fails 'indent out of range' 2 'zuxml: --indent takes a number*' convert a.xml old.xml --indent 17
+fails 'indent with a tail' 2 'zuxml: --indent takes a number*' convert a.xml old.xml --indent 2x
+fails 'unknown ending' 2 "zuxml: the ending of 'b.txt'*--to*" convert a.xml b.txt
+fails 'tree takes no options' 2 'zuxml: unknown option --bare' tree --bare a.xml
+
+# Failures name the input and the place, and leave OUT as it was and nothing beside it.
+printf '<a>\n<b>\n</a>' > broken.xml
+fails 'not well-formed' 1 'zuxml: broken.xml: mismatched tag at line 3' convert broken.xml old.xml
+fails 'tree of the same' 1 'zuxml: broken.xml: mismatched tag at line 3' tree broken.xml
+fails 'missing input' 1 'zuxml: none.xml: No such file or directory' convert none.xml old.xml
+fails 'directory as input' 1 'zuxml: .: Is a directory' convert . old.xml
+: > empty.xml
+fails 'empty input' 1 'zuxml: empty.xml: XML Stream is empty!' convert empty.xml old.xml
+{ printf '<a>%.0s' {1..2000}; printf '</a>%.0s' {1..2000}; } > deep.xml
+fails 'too deep' 1 'zuxml: deep.xml: *nested too deeply, the limit is 1000.*, at /a/a/*' convert deep.xml old.xml
+check 'OUT is kept' old "$(cat old.xml)"
+fails 'output directory missing' 1 'zuxml: *none/b.xml: No such file or directory' convert a.xml none/b.xml
+fails 'full disk' 1 'zuxml: /dev/full: No space left on device' convert --to xml a.xml /dev/full
+"$zuxml" tree a.xml > /dev/full 2> err
+check 'full standard output: status' 1 $?
+check 'full standard output' 'zuxml: standard output: No space left on device' "$(cat err)"
+"$zuxml" convert a.xml - --to xml 2> err >&-
+check 'closed standard output: status' 1 $?
+{ "$zuxml" tree deep.xml 2> err; echo $? > pipe_status; } | true
+check 'closed pipe: status' 1 "$(cat pipe_status)"
+check 'closed pipe' 'zuxml: standard output: Broken pipe' "$(cat err)"
+(ulimit -f 1; trap '' XFSZ; yes '<b>0123456789</b>' | head -n 1000 | { echo '<a>'; cat; echo '</a>'; } |
+  "$zuxml" convert - old.xml 2> /dev/null)
+check 'file size limit: status' 1 $?
+check 'file size limit: OUT is kept' old "$(cat old.xml)"
+check 'nothing left behind' '' "$(find . -name '*.xml.*')"
+
+# Forms.
+run convert a.xml b.xml --compact --no-header
+check 'compact' "$compact" "$(cat b.xml)"
+run convert - - --indent 1 --eol crlf < a.xml
+check 'indented' $'<?xml version="1.0" encoding="UTF-8"?>\r|<a n="1 &lt; &#10;2">\r| <AA:b xmlns:AA="urn:p"/>\r' \
+  "$(head -n 3 out | paste -s -d '|')"
+for how in gzip zlib; do
+  run convert a.xml packed --to xml --compress $how
+  run convert packed b.xml --compact --no-header
+  check "$how, told by content" "$compact" "$(cat b.xml)"
+done
+run convert a.xml b.xml.gz --compact --no-header
+check 'gzip by ending' "$compact" "$(gzip -dc b.xml.gz)"
+run convert a.xml wide.xml --compact --no-header --encoding wide
+check 'wide' "$compact" "$(tail -c +3 wide.xml | iconv -f UTF-32LE -t UTF-8)"
+check 'wide: mark' 'fffe' "$(head -c 2 wide.xml | od -An -tx1 | tr -d ' \n')"
+LC_ALL=C run convert a.xml b.xml --compact --no-header
+check 'locale without UTF-8' "$compact" "$(cat b.xml)"
+echo '<a>x<b/>y</a>' > mixed.xml
+run convert mixed.xml - --compact --no-header
+check 'mixed content' '<a><b/>xy</a>' "$(tr -d '\n' < out)"
+check 'mixed content is told' 'zuxml: mixed.xml: text between child elements moves behind them (in 1 elements)' "$(cat err)"
+
+# OUT keeps its permissions and stays a link; a new one gets those of the umask; IN may be OUT.
+chmod 640 b.xml
+ln -s b.xml link.xml
+run convert a.xml link.xml --compact --no-header
+check 'permissions kept' 640 "$(stat -c %a b.xml)"
+check 'link kept' b.xml "$(readlink link.xml)"
+(umask 027; "$zuxml" convert a.xml new.xml)
+check 'permissions of a new file' 640 "$(stat -c %a new.xml)"
+run convert b.xml b.xml --compact --no-header
+check 'in place' "$compact" "$(cat b.xml)"
+
+# The tree.
+run tree a.xml
+check 'tree' '/a n="1 < &#10;2"|/a/p:b[1] {urn:p}|/a/c {urn:p}k="v"|/a/p:b[2] {urn:p}' "$(paste -s -d '|' out)"
+run tree deep.xml
+check 'tree of a deep document' 2000 "$(grep -c . out)"
+check 'long paths are cut' '.../a' "$(tail -n 1 out)"
+run --version
+check 'version' 'zuxml 16.1' "$(cat out)"
+run --help
+check 'help: status' 0 $status
+
+printf '%d passed, %d failed\n' "$passed" "$failed"
+[[ $failed == 0 ]]

@@ -1,0 +1,288 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <functional>
+#include <limits>
+#include <random>
+#include <vector>
+
+#include "ZuXmlLib16/Conversions.h"
+#include "ZuXmlLib16/Exceptions.h"
+#include "support/CommaLocale.h"
+#include "support/ErrorMatch.h"
+#include "types/Item.h"
+
+namespace ZuXmlLib16 {
+namespace {
+
+using namespace std::string_literals;
+using detail::Item;
+using detail::ItemValue;
+using detail::TextBuffer;
+using Rule = CWhitespaceUtils::WhitespaceRule;
+
+/// Reads a text as a type and writes what was read.
+template <ItemType type>
+std::string Rewritten(const std::string& text, Rule rule) {
+  TextBuffer buffer;
+  return std::string(Item<type>::Format(Item<type>::Parse(text, rule), buffer));
+}
+
+using Rewrite = std::string (*)(const std::string&, Rule);
+
+struct TextCase {
+  Rewrite rewrite;
+  std::string text;
+  const char* written;
+};
+
+TEST(Conversions, ReadAndWriteLexicalForms) {
+  const TextCase cases[] = {
+      {Rewritten<ItemType::i1>, "-128", "-128"},
+      {Rewritten<ItemType::i1>, " 127\n", "127"},
+      {Rewritten<ItemType::i4>, "3000000000", "3000000000"},
+      {Rewritten<ItemType::i4>, "+7", "7"},
+      {Rewritten<ItemType::i4>, "-0", "0"},
+      {Rewritten<ItemType::i4>, "\v7", "7"},  // white space to the C library only
+      {Rewritten<ItemType::i4>, "12\0x"s, "12"},
+      {Rewritten<ItemType::i4>, "\0"s, "0"},
+      {Rewritten<ItemType::i8>, "-9223372036854775808", "-9223372036854775808"},
+      {Rewritten<ItemType::ui1>, "-18446744073709551615", "1"},
+      {Rewritten<ItemType::ui4>, "-1", "18446744073709551615"},
+      {Rewritten<ItemType::ui8>, "18446744073709551615", "18446744073709551615"},
+      {Rewritten<ItemType::r4>, "0.1", "0.1"},
+      {Rewritten<ItemType::r4>, "16777217", "1.677722e+07"},
+      // Rounded to double first: 1 + 2^-24 and a little more becomes a tie, and the tie 1.
+      {Rewritten<ItemType::r4>, "1.00000005960464477540", "1"},
+      {Rewritten<ItemType::r4>, "3.4028235677973366e38", "INF"},
+      {Rewritten<ItemType::r4>, "3.4028235677973360e38", "3.402823e+38"},
+      {Rewritten<ItemType::r4>, "-1e300", "-INF"},
+      {Rewritten<ItemType::r8>, "0.1", "0.1"},
+      {Rewritten<ItemType::r8>, "9.95", "9.949999999999999"},
+      {Rewritten<ItemType::r8>, "-0", "-0"},
+      {Rewritten<ItemType::r8>, "1e15", "1000000000000000"},
+      {Rewritten<ItemType::r8>, "1e16", "1e+16"},
+      {Rewritten<ItemType::r8>, " INF ", "INF"},
+      {Rewritten<ItemType::r8>, "-INF", "-INF"},
+      {Rewritten<ItemType::r8>, "inf", "INF"},
+      {Rewritten<ItemType::r8>, "-infinity", "-INF"},
+      {Rewritten<ItemType::r8>, "1e999", "INF"},
+      {Rewritten<ItemType::r8>, "1e-999", "0"},
+      {Rewritten<ItemType::r8>, "NaN", "NaN"},
+      {Rewritten<ItemType::r8>, "-NAN", "NaN"},
+      {Rewritten<ItemType::r8>, "1.#QNAN", "NaN"},
+      {Rewritten<ItemType::r8>, "0x1p4", "16"},
+      {Rewritten<ItemType::r8>, ".5", "0.5"},
+      {Rewritten<ItemType::r8>, "1.5\0x"s, "1.5"},
+      {Rewritten<ItemType::boolean>, "TrUe", "true"},
+      {Rewritten<ItemType::boolean>, " 1 ", "true"},
+      {Rewritten<ItemType::boolean>, "FALSE", "false"},
+      {Rewritten<ItemType::boolean>, "0", "false"},
+      {Rewritten<ItemType::char_>, " x ", "x"},
+      {Rewritten<ItemType::char_>, "\0"s, ""},
+      {Rewritten<ItemType::string>, " a \t b ", "a b"},
+      {Rewritten<ItemType::year>, "2018-05-07", "2018"},
+      {Rewritten<ItemType::year>, "0005Z", "5"},
+      {Rewritten<ItemType::year>, "-0001", "65535"},
+      {Rewritten<ItemType::month>, "--05", "--05"},
+      {Rewritten<ItemType::month>, "2018-12", "--12"},
+      {Rewritten<ItemType::day>, "---07+01:00", "---07"},
+      {Rewritten<ItemType::day>, "--02-29", "---29"},
+      {Rewritten<ItemType::date>, "2018", "2018"},
+      {Rewritten<ItemType::date>, " 2018-05-07 ", "2018-05-07"},
+      {Rewritten<ItemType::datetime>, "2018-05-07T01:02:03.5Z", "2018-05-07T01:02:03.5Z"},
+      {Rewritten<ItemType::time>, "01:02:03", "01:02:03"},
+      {Rewritten<ItemType::duration>, "P1Y2M", "P1Y2M"},
+      {Rewritten<ItemType::decimal>, "-010.50", "-10.50"},
+      {Rewritten<ItemType::integer>, "0012", "12"},
+      {Rewritten<ItemType::hexBinary>, "0aFF", "0AFF"},
+      {Rewritten<ItemType::base64Binary>, "AAEC", "AAEC"},
+  };
+  for (const TextCase& c : cases) {
+    EXPECT_EQ(c.rewrite(c.text, Rule::Collapse), c.written) << c.text;
+  }
+}
+
+struct ErrorCase {
+  Rewrite rewrite;
+  std::string text;
+  std::string message;
+};
+
+TEST(Conversions, RefuseOtherTextsWithTheirMessages) {
+  const ErrorCase cases[] = {
+      {Rewritten<ItemType::i4>, "", "The value [] can not be converted to a i4"},
+      {Rewritten<ItemType::i4>, " 12abc ", "The value [12abc] can not be converted to a i4"},
+      {Rewritten<ItemType::i4>, "-", "The value [-] can not be converted to a i4"},
+      {Rewritten<ItemType::i1>, " x1 ", "The value [x1] can not be converted to a i4"},
+      {Rewritten<ItemType::ui2>, "x", "The value [x] can not be converted to a ui4"},
+      {Rewritten<ItemType::i8>, "1 2", "The value [1 2] can not be converted to a i8"},
+      {Rewritten<ItemType::ui8>, "1.0", "The value [1.0] can not be converted to a ui8"},
+      // Out of range comes before what stands behind the number.
+      {Rewritten<ItemType::i4>, "99999999999999999999x",
+       "The value [99999999999999999999x] is to large to fit in a i4"},
+      {Rewritten<ItemType::i8>, "-9223372036854775809",
+       "The value [-9223372036854775809] is to large to fit in a i8"},
+      {Rewritten<ItemType::ui4>, "18446744073709551616",
+       "The value [18446744073709551616] is to large to fit in a ui4"},
+      {Rewritten<ItemType::ui8>, "18446744073709551616",
+       "The value [18446744073709551616] is to large to fit in a ui8"},
+      // The narrow types and boolean show the text as it was given.
+      {Rewritten<ItemType::i1>, " 128 ", "The value [ 128 ] is to large to fit in a i1"},
+      {Rewritten<ItemType::i1>, "-129", "The value [-129] is to large to fit in a i1"},
+      {Rewritten<ItemType::i2>, "32768", "The value [32768] is to large to fit in a i2"},
+      {Rewritten<ItemType::ui1>, "-1", "The value [-1] is to large to fit in a ui1"},
+      {Rewritten<ItemType::ui2>, "65536", "The value [65536] is to large to fit in a ui2"},
+      {Rewritten<ItemType::r4>, " 1.5x ", "The value [1.5x] can not be converted to a r4"},
+      {Rewritten<ItemType::r8>, " ", "The value [] can not be converted to a r8"},
+      {Rewritten<ItemType::r8>, "1,5", "The value [1,5] can not be converted to a r8"},
+      {Rewritten<ItemType::char_>, " ab ",
+       "The value [ab] can not be a char as it is either empty of greater than 1 char long"},
+      {Rewritten<ItemType::char_>, "",
+       "The value [] can not be a char as it is either empty of greater than 1 char long"},
+      {Rewritten<ItemType::boolean>, " yes ",
+       "A Boolean Value read from an XML document was invalid [ yes ]. Valid values are 'true', "
+       "'false', '1', or '0'"},
+  };
+  for (const ErrorCase& c : cases) {
+    EXPECT_ZU_ERROR(CZuInvalidValueException, c.rewrite(c.text, Rule::Collapse), c.message, "");
+  }
+}
+
+TEST(Conversions, ApplyTheWhitespaceRuleFirst) {
+  EXPECT_THROW(CConversions::i4FromString("42 ", Rule::None), CZuInvalidValueException);
+  EXPECT_EQ(CConversions::i4FromString(" 42", Rule::None), 42);
+  EXPECT_EQ(CConversions::stringFromString("a\r\nb", Rule::Preserve), "a\nb");
+  EXPECT_EQ(CConversions::stringFromString("a\0b"s, Rule::Preserve), "a");
+  EXPECT_EQ(CConversions::stringFromString("a\0 b"s, Rule::Collapse), "a\0 b"s);
+  EXPECT_EQ(CConversions::charFromString("\t", Rule::Replace), ' ');
+  // Unknown rules are refused for texts, too, that no rule would change.
+  for (const char* text : {"1", "x"}) {
+    const auto unknown = static_cast<Rule>(9);
+    EXPECT_ZU_ERROR(CZuException, CConversions::i4FromString(text, unknown),
+                    "Unknown WhitespaceRule", "");
+    EXPECT_ZU_ERROR(CZuException, CConversions::r8FromString(text, unknown),
+                    "Unknown WhitespaceRule", "");
+    EXPECT_ZU_ERROR(CZuException, CConversions::stringFromString(text, unknown),
+                    "Unknown WhitespaceRule", "");
+  }
+}
+
+TEST(Conversions, FieldsOfOtherDatesAreInvalid) {
+  EXPECT_THROW(CConversions::yearFromString("--05", Rule::Collapse), CZuInvalidStateException);
+  EXPECT_THROW(CConversions::dayFromString("2018-05", Rule::Collapse), CZuInvalidStateException);
+}
+
+TEST(Conversions, FormatsOfTheCaller) {
+  EXPECT_EQ(CConversions::r8ToString(1.5, "%.2f"), "1.50");
+  EXPECT_EQ(CConversions::r4ToString(0.1F, "%.9g"), "0.100000001");
+  EXPECT_EQ(CConversions::r8ToString(1, "%060.1f"), std::string(47, '0'));
+  EXPECT_EQ(CConversions::r8ToString(std::nan(""), "%.2f"), "NaN");
+  EXPECT_EQ(CConversions::decimalToString(CDecimal("2.345"), "2"), "2.35");
+  EXPECT_EQ(CConversions::decimalToString(CDecimal("2.345"), "x"), "2");
+  EXPECT_EQ(CConversions::decimalToString(CDecimal("2.345"), "-1"), "2.345");
+}
+
+/// Texts of a type's values survive being read and written.
+template <ItemType type, class Random>
+void ExpectRoundTrips(Random random) {
+  for (int i = 0; i < 2000; ++i) {
+    TextBuffer buffer;
+    const std::string text(Item<type>::Format(random(), buffer));
+    ASSERT_EQ(Rewritten<type>(text, Rule::Collapse), text) << Item<type>::kCode;
+  }
+}
+
+TEST(Conversions, TextsRoundTrip) {
+  constexpr unsigned kSeed = 5701;
+  SCOPED_TRACE("seed " + std::to_string(kSeed));
+  std::mt19937_64 random(kSeed);
+  const auto bits = [&random] { return random() >> (random() % 64); };
+  const auto below = [&random](std::uint64_t limit) { return random() % limit; };
+  const auto date = [&below](CDateTime::DTType target) {
+    CDateTime value(static_cast<short>(below(9999) + 1), static_cast<unsigned char>(below(12) + 1),
+                    static_cast<unsigned char>(below(28) + 1),
+                    static_cast<unsigned char>(below(24)), static_cast<unsigned char>(below(60)),
+                    static_cast<unsigned char>(below(60)));
+    CDateTime converted;
+    converted.SetDateTime(value, target);
+    return converted;
+  };
+  const auto bytes = [&] { return CBinaryData(std::to_string(bits()).c_str()); };
+  using DT = CDateTime::DTType;
+  ExpectRoundTrips<ItemType::i1>([&] { return static_cast<signed char>(bits()); });
+  ExpectRoundTrips<ItemType::i2>([&] { return static_cast<short>(bits()); });
+  ExpectRoundTrips<ItemType::i4>([&] { return static_cast<long>(bits()); });
+  ExpectRoundTrips<ItemType::i8>([&] { return -static_cast<long long>(bits() >> 1); });
+  ExpectRoundTrips<ItemType::ui1>([&] { return static_cast<unsigned char>(bits()); });
+  ExpectRoundTrips<ItemType::ui2>([&] { return static_cast<unsigned short>(bits()); });
+  ExpectRoundTrips<ItemType::ui4>([&] { return static_cast<unsigned long>(bits()); });
+  ExpectRoundTrips<ItemType::ui8>([&] { return static_cast<unsigned long long>(bits()); });
+  ExpectRoundTrips<ItemType::r4>(
+      [&] { return std::ldexp(float(below(1 << 24)), int(below(60)) - 40); });
+  ExpectRoundTrips<ItemType::year>([&] { return static_cast<unsigned short>(below(9000) + 1000); });
+  ExpectRoundTrips<ItemType::month>([&] { return static_cast<unsigned char>(below(12) + 1); });
+  ExpectRoundTrips<ItemType::day>([&] { return static_cast<unsigned char>(below(31) + 1); });
+  ExpectRoundTrips<ItemType::datetime>([&] { return date(DT::dt_dateTime); });
+  ExpectRoundTrips<ItemType::date>([&] { return date(DT::dt_date); });
+  ExpectRoundTrips<ItemType::time>([&] { return date(DT::dt_time); });
+  ExpectRoundTrips<ItemType::yearMonth>([&] { return date(DT::dt_gYearMonth); });
+  ExpectRoundTrips<ItemType::monthDay>([&] { return date(DT::dt_gMonthDay); });
+  ExpectRoundTrips<ItemType::duration>(
+      [&] { return CDateTimeSpan(below(9) + 1, below(99), below(100)); });
+  ExpectRoundTrips<ItemType::char_>([&] { return static_cast<char>(below(94) + 33); });
+  ExpectRoundTrips<ItemType::string>([&] { return std::to_string(bits()); });
+  ExpectRoundTrips<ItemType::boolean>([&] { return below(2) == 0; });
+  ExpectRoundTrips<ItemType::decimal>(
+      [&] { return CDecimal(std::to_string(bits()) + "." + std::to_string(bits())); });
+  ExpectRoundTrips<ItemType::integer>(
+      [&] { return CBigInteger((std::to_string(bits()) + std::to_string(bits())).c_str()); });
+  ExpectRoundTrips<ItemType::hexBinary>(bytes);
+  ExpectRoundTrips<ItemType::base64Binary>(bytes);
+}
+
+TEST(Conversions, RealsAgreeWithTheCLibrary) {
+  constexpr unsigned kSeed = 5702;
+  SCOPED_TRACE("seed " + std::to_string(kSeed));
+  std::mt19937_64 random(kSeed);
+  for (int i = 0; i < 20000; ++i) {
+    const std::uint64_t pattern = random();
+    double value = 0;
+    std::memcpy(&value, &pattern, sizeof value);
+    if (i % 2 == 0) value = static_cast<double>(static_cast<long>(pattern) >> 40) / 1000;
+    if (!std::isfinite(value)) continue;
+    char text[48];
+    std::snprintf(text, sizeof text, "%.16g", value);
+    ASSERT_EQ(CConversions::r8ToString(value), text);
+    ASSERT_EQ(CConversions::r8FromString(text, Rule::None), std::strtod(text, nullptr)) << text;
+    std::snprintf(text, sizeof text, "%.17g", value);
+    ASSERT_EQ(CConversions::r8FromString(text, Rule::None), value) << text;
+    const auto narrow = static_cast<float>(std::ldexp(std::remainder(value, 2), i % 200 - 100));
+    std::snprintf(text, sizeof text, "%.7g", static_cast<double>(narrow));
+    ASSERT_EQ(CConversions::r4ToString(narrow), text);
+  }
+}
+
+TEST(Conversions, NumbersIgnoreTheLocale) {
+  const CommaLocale comma;
+  if (!comma.IsAvailable()) GTEST_SKIP() << "no locale with a decimal comma could be made";
+  char text[8];
+  std::snprintf(text, sizeof text, "%.1f", 1.5);
+  ASSERT_STREQ(text, "1,5");
+  EXPECT_EQ(CConversions::r8ToString(1.5), "1.5");
+  EXPECT_EQ(CConversions::r8ToString(1234.5, "%.2f"), "1234.50");
+  EXPECT_EQ(CConversions::r4ToString(1.5F), "1.5");
+  // The second is read by the C library.
+  EXPECT_EQ(CConversions::r8FromString("1.5", Rule::None), 1.5);
+  EXPECT_EQ(CConversions::r8FromString("+1.5", Rule::None), 1.5);
+  EXPECT_THROW(CConversions::r8FromString("1,5", Rule::None), CZuInvalidValueException);
+  EXPECT_EQ(CConversions::decimalToString(CDecimal("1.5"), "2"), "1.50");
+  std::snprintf(text, sizeof text, "%.1f", 1.5);
+  EXPECT_STREQ(text, "1,5");  // put back after every conversion
+}
+
+}  // namespace
+}  // namespace ZuXmlLib16

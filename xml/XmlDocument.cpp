@@ -1,0 +1,234 @@
+#include "ZuXmlLib16/XmlDocument.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <cwchar>
+
+#include "ZuXmlLib16/Exceptions.h"
+#include "ZuXmlLib16/ExpatReader.h"
+#include "ZuXmlLib16/Streams.h"
+#include "core/Errors.h"
+#include "xml/Inflate.h"
+#include "xml/XmlTree.h"
+
+namespace ZuXmlLib16 {
+namespace {
+
+struct Bytes {
+  std::unique_ptr<unsigned char[]> data;
+  unsigned long size = 0;
+};
+
+Bytes NewBytes(unsigned long size) {
+  return {std::unique_ptr<unsigned char[]>(new unsigned char[size]), size};
+}
+
+/// UTF-16LE with its byte order mark; of each character the low 16 bits.
+Bytes Utf16LittleEndian(const wchar_t* text, std::size_t length) {
+  Bytes bytes = NewBytes(2 * (length + 1));
+  unsigned char* out = bytes.data.get();
+  *out++ = 0xFF;
+  *out++ = 0xFE;
+  for (; length > 0; --length, ++text) {
+    const auto character = static_cast<unsigned long>(*text);
+    *out++ = static_cast<unsigned char>(character & 0xFF);
+    *out++ = static_cast<unsigned char>((character >> 8) & 0xFF);
+  }
+  return bytes;
+}
+
+/// The file itself with its size; errno is 0 before each call whose failure is reported.
+class InputFile {
+ public:
+  explicit InputFile(const char* path)
+      : m_path(CTextRef(path)), m_file(std::fopen(m_path.c_str(), "rt")) {
+    if (!m_file) ThrowFileOpenFailed(m_path);
+    struct stat status = {};
+    errno = 0;
+    if (fstat(fileno(m_file.get()), &status) != 0) ThrowFileSizeFailed(m_path, errno);
+    m_size = static_cast<unsigned long>(std::max<off_t>(status.st_size, 0));
+  }
+
+  unsigned long Size() const { return m_size; }
+
+  Bytes Read() {
+    Bytes bytes = NewBytes(m_size);
+    errno = 0;
+    const std::size_t got = std::fread(bytes.data.get(), 1, m_size, m_file.get());
+    if (got == 0 || got < m_size) ThrowFileReadFailed(m_path, errno);
+    return bytes;
+  }
+
+ private:
+  std::string m_path;
+  detail::FilePtr m_file;
+  unsigned long m_size = 0;
+};
+
+}  // namespace
+
+/// Lends the input to the document while it is parsed.
+class CXmlDocument::InputScope {
+ public:
+  InputScope(CXmlDocument& document, const unsigned char* data, unsigned long size)
+      : m_document(document) {
+    document.m_input = data;
+    document.m_inputLength = size;
+  }
+  InputScope(const InputScope&) = delete;
+  InputScope& operator=(const InputScope&) = delete;
+  ~InputScope() {
+    m_document.m_input = nullptr;
+    m_document.m_inputLength = 0;
+  }
+
+ private:
+  CXmlDocument& m_document;
+};
+
+CXmlDocument::CXmlDocument() : CXmlDocument(nullptr, CSerializationContext::m_defaultContext) {}
+
+CXmlDocument::CXmlDocument(const CSerializationContext& context) : CXmlDocument(nullptr, context) {}
+
+CXmlDocument::CXmlDocument(ElementFilter filter)
+    : CXmlDocument(filter, CSerializationContext::m_defaultContext) {}
+
+CXmlDocument::CXmlDocument(ElementFilter filter, const CSerializationContext& context)
+    : CInstanceMonitor("CXmlDocument"),
+      m_tree(std::make_unique<detail::XmlTree>(*this, filter)),
+      m_schemaType(context.GetSchemaType()),
+      m_context(&context) {}
+
+CXmlDocument::~CXmlDocument() = default;
+
+void CXmlDocument::Cleanup() {
+  m_tree->Clear();
+  m_aliases.clear();
+}
+
+CXmlElement* CXmlDocument::GetDocumentElement() const {
+  return m_tree->Root();
+}
+
+void CXmlDocument::LoadXml(const char* xml) {
+  Cleanup();
+  const CTextRef text(xml);
+  if (text.empty()) ThrowXmlStringEmpty();
+  CheckSize(text.size());
+  ParseText(reinterpret_cast<const unsigned char*>(text.data()), text.size());
+}
+
+void CXmlDocument::LoadXml(const wchar_t* xml) {
+  Cleanup();
+  const std::size_t length = xml != nullptr ? std::wcslen(xml) : 0;
+  if (length == 0) ThrowXmlStringEmpty();
+  CheckSize(2 * length);
+  const Bytes bytes = Utf16LittleEndian(xml, length);
+  ParseText(bytes.data.get(), bytes.size);
+}
+
+void CXmlDocument::LoadXmlStream(const unsigned char* data, unsigned long size) {
+  Cleanup();
+  if (data == nullptr || size == 0) ThrowXmlStreamEmpty();
+  CheckSize(size);
+  Parse(data, size);
+}
+
+void CXmlDocument::Load(const char* path) {
+  Cleanup();
+  Bytes bytes;
+  {
+    InputFile file(path);
+    CheckSize(file.Size());
+    bytes = file.Read();
+  }
+  Parse(bytes.data.get(), bytes.size);
+}
+
+void CXmlDocument::CheckSize(unsigned long size) const {
+  const unsigned long limit = m_context->GetMaxDocumentSize();
+  if (limit != 0 && size > limit) ThrowDocumentTooLarge(limit);
+}
+
+void CXmlDocument::Parse(const unsigned char* data, unsigned long size) {
+  const detail::Inflated inflated = detail::Inflate(data, size, m_context->GetMaxDocumentSize());
+  switch (inflated.status) {
+    case detail::InflateStatus::NotCompressed:
+      return ParseText(data, size);
+    case detail::InflateStatus::Complete:
+      return ParseText(inflated.data.get(), inflated.length);
+    case detail::InflateStatus::Damaged:
+      break;
+  }
+  try {
+    ParseText(data, size);
+  } catch (const CZuException& failure) {
+    ThrowDamagedInput(failure.GetMessage(), inflated.cause);
+  }
+}
+
+void CXmlDocument::ParseText(const unsigned char* data, unsigned long size) {
+  const InputScope scope(*this, data, size);
+  CExpatReader reader(*this);
+  reader.CreateParser();
+  reader.Parse(true);
+}
+
+CXmlElement* CXmlDocument::AddDocElement(CTextRef namespaceUri, CTextRef localName) {
+  m_tree->Clear();
+  return m_tree->Open(m_tree->NameOf(namespaceUri, localName));
+}
+
+CXmlElement* CXmlDocument::AddChildElement(CTextRef namespaceUri, CTextRef localName) {
+  return m_tree->Open(m_tree->NameOf(namespaceUri, localName));
+}
+
+void CXmlDocument::EndElement() {
+  m_tree->Close();
+}
+
+void CXmlDocument::AddElementAttribute(CXmlElement* element, CTextRef localName, CTextRef value,
+                                       CTextRef namespaceUri) {
+  if (element == nullptr) ThrowPropertyIsNull("element");
+  element->AddAttribute(localName, value, namespaceUri);
+}
+
+void CXmlDocument::AppendTextExcludingCR(CXmlElement* element, const char* text,
+                                         unsigned long length) {
+  if (element == nullptr) ThrowPropertyIsNull("element");
+  std::string kept(text != nullptr ? text : "", text != nullptr ? strnlen(text, length) : 0);
+  kept.erase(std::remove(kept.begin(), kept.end(), '\r'), kept.end());
+  element->AppendText(kept.c_str());
+}
+
+void CXmlDocument::AppendTextExcludingCR(CXmlElement* element, const char* text) {
+  AppendTextExcludingCR(element, text, CTextRef(text).size());
+}
+
+void CXmlDocument::AddNamespaceAlias(CTextRef prefix, CTextRef namespaceUri) {
+  const auto known = m_aliases.find(prefix);
+  if (known != m_aliases.end()) {
+    known->second = namespaceUri;
+  } else {
+    m_aliases.emplace(prefix, namespaceUri);
+  }
+}
+
+const std::string& CXmlDocument::LookupNamespaceFromAlias(CTextRef prefix) const {
+  static const std::string empty;
+  const auto entry = m_aliases.find(prefix);
+  return entry != m_aliases.end() ? entry->second : empty;
+}
+
+const std::string& CXmlDocument::LookupAliasFromNamespace(CTextRef namespaceUri) const {
+  static const std::string empty;
+  const auto entry = std::find_if(m_aliases.begin(), m_aliases.end(),
+                                  [&](const auto& alias) { return alias.second == namespaceUri; });
+  return entry != m_aliases.end() ? entry->first : empty;
+}
+
+}  // namespace ZuXmlLib16

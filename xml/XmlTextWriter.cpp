@@ -1,0 +1,323 @@
+#include "ZuXmlLib16/XmlTextWriter.h"
+
+#include <emmintrin.h>
+
+#include <array>
+#include <cstring>
+
+#include "ZuXmlLib16/Streams.h"
+#include "core/Errors.h"
+
+namespace ZuXmlLib16 {
+namespace {
+
+constexpr std::string_view kSchemaInstance = "http://www.w3.org/2001/XMLSchema-instance";
+constexpr std::string_view kCDataStart = "<![CDATA[";
+constexpr std::size_t kFlushAbove = 4095;
+
+/// The bytes that break a run of characters written as they are. NUL ends the text.
+constexpr char kTextSpecials[] = {'&', '<', '>', '\r', '\n', '\0'};
+constexpr char kAttributeSpecials[] = {'&', '<', '>', '\r', '\n', '\0', '"'};
+
+/// Length of the part of text before the first of the specials.
+template <std::size_t count>
+std::size_t RunLength(const char* text, std::size_t length, const char (&specials)[count]) {
+  static const std::array<bool, 256> isSpecial = [&] {
+    std::array<bool, 256> table{};
+    for (const char special : specials) {
+      table[static_cast<unsigned char>(special)] = true;
+    }
+    return table;
+  }();
+  std::size_t i = 0;
+  for (; i + 16 <= length; i += 16) {
+    const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text + i));
+    __m128i found = _mm_setzero_si128();
+    for (const char special : specials) {
+      found = _mm_or_si128(found, _mm_cmpeq_epi8(block, _mm_set1_epi8(special)));
+    }
+    const int mask = _mm_movemask_epi8(found);
+    if (mask != 0) return i + static_cast<std::size_t>(__builtin_ctz(static_cast<unsigned>(mask)));
+  }
+  while (i < length && !isSpecial[static_cast<unsigned char>(text[i])]) {
+    ++i;
+  }
+  return i;
+}
+
+}  // namespace
+
+CXmlTextWriter::CXmlTextWriter(CTextStream& stream)
+    : CXmlWriter("CXmlTextWriter"), m_stream(stream) {}
+
+CXmlTextWriter::~CXmlTextWriter() = default;
+
+void CXmlTextWriter::Open() {
+  m_stream.Open();
+}
+
+void CXmlTextWriter::Close() {
+  m_stream.Close();
+  CXmlWriter::Close();
+}
+
+void CXmlTextWriter::SetEOLType(EOLType type) {
+  switch (type) {
+    case EOLType::CrLf:
+      m_eol = "\r\n";
+      break;
+    case EOLType::Lf:
+      m_eol = "\n";
+      break;
+    default:
+      ThrowInvalidEolType();
+  }
+  m_eolType = type;
+}
+
+void CXmlTextWriter::SetIndentChars(const char* chars) {
+  m_indentChars = CTextRef(chars);
+  m_indent.clear();
+}
+
+void CXmlTextWriter::Put(std::initializer_list<std::string_view> parts) {
+  std::size_t size = 0;
+  for (const std::string_view part : parts) {
+    size += part.size();
+  }
+  char* out = m_stream.Room(size);
+  if (out == nullptr) {
+    for (const std::string_view part : parts) {
+      m_stream.Append(part.data(), part.size());
+    }
+    return;
+  }
+  for (const std::string_view part : parts) {
+    std::memcpy(out, part.data(), part.size());
+    out += part.size();
+  }
+  m_stream.Commit(size);
+}
+
+void CXmlTextWriter::PadAndAppend(std::string_view text, bool inAttribute) {
+  const char* next = text.data();
+  std::size_t left = text.size();
+  for (;;) {
+    const std::size_t run = inAttribute ? RunLength(next, left, kAttributeSpecials)
+                                        : RunLength(next, left, kTextSpecials);
+    m_stream.Append(next, run);
+    if (run == left || next[run] == '\0') return;
+    switch (next[run]) {
+      case '&':
+        Put({"&amp;"});
+        break;
+      case '<':
+        Put({"&lt;"});
+        break;
+      case '>':
+        Put({"&gt;"});
+        break;
+      case '"':
+        Put({"&quot;"});
+        break;
+      case '\n':
+        Put({inAttribute ? std::string_view("&#xA;") : std::string_view(m_eol)});
+        break;
+      default:  // a carriage return is dropped
+        break;
+    }
+    next += run + 1;
+    left -= run + 1;
+  }
+}
+
+void CXmlTextWriter::PutIndent(std::uint64_t depth) {
+  if (!m_format) return;
+  const std::size_t size = depth * m_indentChars.size();
+  while (m_indent.size() < size) {
+    m_indent += m_indentChars;
+  }
+  m_stream.Append(m_indent.data(), size);
+}
+
+void CXmlTextWriter::PutEolWhenFormatting() {
+  if (m_format) Put({m_eol});
+}
+
+void CXmlTextWriter::FlushWhenFull() {
+  if (m_stream.GetLength() > kFlushAbove) m_stream.Flush();
+}
+
+CXmlWriter::CXmlWriterContext& CXmlTextWriter::ContextOfOpenTag() const {
+  if (Current() == nullptr || !Current()->m_isStartTagOpen) ThrowAttributeAfterContent();
+  return *Current();
+}
+
+void CXmlTextWriter::CloseParentElm() {
+  CXmlWriterContext* const parent = Current();
+  if (parent == nullptr) return;
+  ++parent->m_childCount;
+  if (!parent->m_isStartTagOpen) return;
+  parent->m_isStartTagOpen = false;
+  Put({">"});
+  PutEolWhenFormatting();
+}
+
+void CXmlTextWriter::WriteStartElement(CTextRef localName, CTextRef namespaceUri) {
+  CloseParentElm();
+  CXmlWriterContext& element = PushContext(localName, namespaceUri);
+  PutIndent(element.m_depth);
+  if (element.m_namespaceUri.empty() || element.m_namespaceUri == element.GetDefaultNamespace()) {
+    Put({"<", element.m_name});
+  } else if (const std::string* const prefix = element.FindPrefix(element.m_namespaceUri)) {
+    element.m_prefix = *prefix;
+    Put({"<", element.m_prefix, ":", element.m_name});
+  } else {
+    element.m_prefix = GetUniquePrefix(element.GetNamespaceMap());
+    element.SetNamespaceMapValue(element.m_namespaceUri, element.m_prefix);
+    Put({"<", element.m_prefix, ":", element.m_name, " xmlns:", element.m_prefix, "=\""});
+    PadAndAppend(element.m_namespaceUri, true);
+    Put({"\""});
+  }
+  if (element.m_depth == 0) PutRootDeclarations();
+  FlushWhenFull();
+}
+
+void CXmlTextWriter::PutRootDeclarations() {
+  if (!RootDefaultNamespace().empty()) {
+    Put({" xmlns=\""});
+    PadAndAppend(RootDefaultNamespace(), true);
+    Put({"\""});
+  }
+  for (const auto& [namespaceUri, prefix] : RootNamespaceMap()) {
+    if (namespaceUri == XML_NAMESPACE) continue;
+    Put({" xmlns:", prefix, "=\""});
+    PadAndAppend(namespaceUri, true);
+    Put({"\""});
+  }
+}
+
+void CXmlTextWriter::WriteString(CTextRef text, ItemType /*type*/, bool isDefault) {
+  CXmlWriterContext* const element = Current();
+  if (element == nullptr || text.empty() || text.front() == '\0') return;
+  if (isDefault && !m_writeDefaultElementValues) return;
+  if (element->m_isStartTagOpen) {
+    element->m_isStartTagOpen = false;
+    m_stream.Append('>');
+  }
+  if (text.substr(0, kCDataStart.size()) == kCDataStart) {
+    Put({text.substr(0, text.find('\0'))});
+  } else {
+    PadAndAppend(text, false);
+  }
+  FlushWhenFull();
+}
+
+void CXmlTextWriter::WriteEndElement() {
+  CXmlWriterContext* const element = Current();
+  if (element == nullptr) return;
+  if (element->m_isStartTagOpen) {
+    Put({"/>"});
+  } else {
+    if (element->m_childCount > 0) PutIndent(element->m_depth);
+    if (element->m_prefix.empty()) {
+      Put({"</", element->m_name, ">"});
+    } else {
+      Put({"</", element->m_prefix, ":", element->m_name, ">"});
+    }
+  }
+  PutEolWhenFormatting();
+  FlushWhenFull();
+  PopContext();
+}
+
+const std::string& CXmlTextWriter::AttributePrefix(CXmlWriterContext& element,
+                                                   std::string_view namespaceUri,
+                                                   std::string_view before) {
+  if (const std::string* const prefix = element.FindPrefix(namespaceUri)) return *prefix;
+  element.SetNamespaceMapValue(namespaceUri, GetUniquePrefix(element.GetNamespaceMap()));
+  const std::string& prefix = *element.FindPrefix(namespaceUri);
+  Put({before, "xmlns:", prefix, "=\""});
+  PadAndAppend(namespaceUri, true);
+  Put({"\" "});
+  return prefix;
+}
+
+void CXmlTextWriter::WriteAttributeString(CTextRef localName, CTextRef namespaceUri, CTextRef value,
+                                          ItemType /*type*/) {
+  CXmlWriterContext& element = ContextOfOpenTag();
+  Put({" "});
+  if (!namespaceUri.empty()) Put({AttributePrefix(element, namespaceUri, ""), ":"});
+  Put({localName.substr(0, localName.find('\0')), "=\""});
+  PadAndAppend(value, true);
+  Put({"\""});
+  FlushWhenFull();
+}
+
+void CXmlTextWriter::WriteAttributeType(CTextRef typeNamespaceUri, CTextRef typeName,
+                                        ItemType type) {
+  CXmlWriterContext& element = ContextOfOpenTag();
+  if (typeNamespaceUri.empty() || typeNamespaceUri == element.GetDefaultNamespace()) {
+    return WriteAttributeString("type", kSchemaInstance, typeName, type);
+  }
+  // A new declaration ends with a blank and the attribute begins with one: two in a row are meant.
+  std::string value = AttributePrefix(element, typeNamespaceUri, " ");
+  value += ':';
+  value += typeName;
+  WriteAttributeString("type", kSchemaInstance, value, type);
+}
+
+void CXmlTextWriter::WriteAttributeNil() {
+  static_cast<void>(ContextOfOpenTag());
+  WriteAttributeString("nil", kSchemaInstance, "true", ItemType::boolean);
+}
+
+void CXmlTextWriter::WriteStartDocument() {
+  Put({"<?xml version=\"1.0\""});
+  switch (m_stream.GetEncoding()) {
+    case XmlEncoding::Utf8:
+      Put({" encoding=\"UTF-8\""});
+      break;
+    case XmlEncoding::Utf16:
+      Put({" encoding=\"UTF-16\""});
+      break;
+    default:
+      break;
+  }
+  Put({"?>", m_eol});
+  FlushWhenFull();
+}
+
+void CXmlTextWriter::WriteHeaderDirective(CTextRef text) {
+  if (WasElementOpened()) ThrowDirectiveAfterElement();
+  m_stream.Append(std::string(text));
+  Put({m_eol});
+  FlushWhenFull();
+}
+
+void CXmlTextWriter::WriteComment(CTextRef text) {
+  Put({"<!--"});
+  PadAndAppend(text, false);
+  Put({"-->", m_eol});
+  FlushWhenFull();
+}
+
+void CXmlTextWriter::WritePI(CTextRef instruction) {
+  m_stream.Append(std::string(instruction));
+  Put({m_eol, m_eol});
+  FlushWhenFull();
+}
+
+void CXmlTextWriter::WriteInlineSchema(CTextRef schema) {
+  Put({" ", m_eol});
+  m_stream.Append(std::string(schema));
+  Put({m_eol});
+  FlushWhenFull();
+}
+
+void CXmlTextWriter::WriteRawElement(CTextRef text) {
+  m_stream.Append(std::string(text));
+  PutEolWhenFormatting();
+}
+
+}  // namespace ZuXmlLib16

@@ -1,0 +1,192 @@
+#include "ZuXmlLib16/XmlWriter.h"
+
+#include <set>
+#include <utility>
+
+#include "core/Errors.h"
+
+namespace ZuXmlLib16 {
+namespace {
+
+/// What a name is worth: texts end at their first NUL.
+std::string_view UpToNul(std::string_view text) {
+  return text.substr(0, text.find('\0'));
+}
+
+/// Sets the prefix of a namespace; a prefix stands for one namespace, so an earlier one loses it.
+void Declare(CNamespaceMap& map, std::string_view prefix, std::string_view namespaceUri) {
+  for (auto entry = map.begin(); entry != map.end();) {
+    entry = entry->second == prefix && entry->first != namespaceUri ? map.erase(entry)
+                                                                    : std::next(entry);
+  }
+  map.insert_or_assign(std::string(namespaceUri), std::string(prefix));
+}
+
+/// "xml" and its namespace belong together; "xmlns" and the empty prefix cannot be declared.
+bool IsDeclarable(std::string_view prefix, std::string_view namespaceUri) {
+  return !prefix.empty() && prefix != "xmlns" && prefix != "xml" && !namespaceUri.empty() &&
+         namespaceUri != CXmlWriter::XML_NAMESPACE;
+}
+
+}  // namespace
+
+CXmlWriter::CXmlWriterContext::CXmlWriterContext(CTextRef name, CTextRef namespaceUri,
+                                                 std::unique_ptr<CXmlWriterContext> parent)
+    : m_scope(this) {
+  Reuse(name, namespaceUri, std::move(parent));
+}
+
+CXmlWriter::CXmlWriterContext::CXmlWriterContext(CTextRef name, CTextRef namespaceUri,
+                                                 CTextRef defaultNamespace,
+                                                 const CNamespaceMap& namespaceMap,
+                                                 std::unique_ptr<CXmlWriterContext> parent)
+    : CXmlWriterContext(name, namespaceUri, std::move(parent)) {
+  m_scope = this;
+  m_defaultNamespace = defaultNamespace;
+  m_namespaceMap = namespaceMap;
+}
+
+CXmlWriter::CXmlWriterContext::~CXmlWriterContext() {
+  // One by one: a deep chain must not need a deep stack.
+  while (m_parent) {
+    m_parent = std::move(m_parent->m_parent);
+  }
+}
+
+void CXmlWriter::CXmlWriterContext::Reuse(CTextRef name, CTextRef namespaceUri,
+                                          std::unique_ptr<CXmlWriterContext> parent) {
+  m_childCount = 0;
+  m_isStartTagOpen = true;
+  m_depth = parent ? parent->m_depth + 1 : 0;
+  m_name = UpToNul(name);
+  m_namespaceUri = namespaceUri;
+  m_prefix.clear();
+  m_parent = std::move(parent);
+  m_state = ContextState::Normal;
+  m_scope = m_parent ? m_parent->m_scope : this;
+  m_defaultNamespace.clear();
+  m_namespaceMap.clear();
+  m_lastEntry = nullptr;
+}
+
+void CXmlWriter::CXmlWriterContext::OwnScope() {
+  m_lastEntry = nullptr;
+  if (m_scope == this) return;
+  m_defaultNamespace = m_scope->m_defaultNamespace;
+  m_namespaceMap = m_scope->m_namespaceMap;
+  m_scope = this;
+}
+
+void CXmlWriter::CXmlWriterContext::SetDefaultNamespace(CTextRef namespaceUri) {
+  OwnScope();
+  m_defaultNamespace = namespaceUri;
+}
+
+void CXmlWriter::CXmlWriterContext::SetNamespaceMapValue(CTextRef namespaceUri, CTextRef prefix) {
+  OwnScope();
+  m_namespaceMap.insert_or_assign(std::string(namespaceUri), std::string(prefix));
+}
+
+std::string& CXmlWriter::CXmlWriterContext::GetNamespaceMapValue(const std::string& namespaceUri) {
+  return m_scope->m_namespaceMap[namespaceUri];
+}
+
+std::string& CXmlWriter::CXmlWriterContext::GetNamespaceMapValue(const char* namespaceUri) {
+  return GetNamespaceMapValue(std::string(CTextRef(namespaceUri)));
+}
+
+const std::string* CXmlWriter::CXmlWriterContext::FindPrefix(std::string_view namespaceUri) const {
+  const CXmlWriterContext& scope = *m_scope;
+  if (scope.m_lastEntry == nullptr || scope.m_lastEntry->first != namespaceUri) {
+    const auto entry = scope.m_namespaceMap.find(namespaceUri);
+    if (entry == scope.m_namespaceMap.end()) return nullptr;
+    scope.m_lastEntry = &*entry;
+  }
+  const std::string& prefix = scope.m_lastEntry->second;
+  return prefix.empty() ? nullptr : &prefix;
+}
+
+CXmlWriter::CXmlWriter(const char* className) : CInstanceMonitor(className) {
+  m_namespaceMap.emplace(XML_NAMESPACE, "xml");
+}
+
+CXmlWriter::~CXmlWriter() = default;
+
+void CXmlWriter::Open() {}
+
+void CXmlWriter::Close() {
+  if (m_context) ThrowElementNotClosed();
+}
+
+void CXmlWriter::SetDefaultNamespace(CTextRef namespaceUri) {
+  if (m_context) {
+    m_context->SetDefaultNamespace(namespaceUri);
+  } else {
+    m_defaultNamespace = namespaceUri;
+  }
+}
+
+void CXmlWriter::AddNamespace(CTextRef prefix, CTextRef namespaceUri) {
+  if (!IsDeclarable(prefix, namespaceUri)) return;
+  if (m_context) {
+    m_context->OwnScope();
+    Declare(m_context->m_namespaceMap, prefix, namespaceUri);
+  } else {
+    Declare(m_namespaceMap, prefix, namespaceUri);
+  }
+}
+
+void CXmlWriter::SetContextState(ContextState state) {
+  if (m_context) m_context->m_state = state;
+}
+
+std::string CXmlWriter::NsIntToString(int index) {
+  // Two letters for the first 26 * 26, then three, and so on.
+  std::string letters = "AA";
+  int combinations = 26 * 26;
+  while (index >= combinations) {
+    index -= combinations;
+    combinations *= 26;
+    letters += 'A';
+  }
+  for (auto letter = letters.rbegin(); index > 0; ++letter, index /= 26) {
+    *letter = static_cast<char>('A' + index % 26);
+  }
+  return letters;
+}
+
+std::string CXmlWriter::GetUniquePrefix(const CNamespaceMap& map) {
+  std::set<std::string_view> used;
+  for (const auto& entry : map) {
+    used.insert(entry.second);
+  }
+  for (int index = 0;; ++index) {
+    std::string candidate = NsIntToString(index);
+    if (used.count(candidate) == 0) return candidate;
+  }
+}
+
+CXmlWriter::CXmlWriterContext& CXmlWriter::PushContext(CTextRef localName, CTextRef namespaceUri) {
+  m_wasElementOpened = true;
+  if (!m_context) {
+    m_context = std::make_unique<CXmlWriterContext>(localName, namespaceUri, m_defaultNamespace,
+                                                    m_namespaceMap, nullptr);
+  } else if (m_spare) {
+    std::unique_ptr<CXmlWriterContext> element = std::move(m_spare);
+    m_spare = std::move(element->m_parent);
+    element->Reuse(localName, namespaceUri, std::move(m_context));
+    m_context = std::move(element);
+  } else {
+    m_context = std::make_unique<CXmlWriterContext>(localName, namespaceUri, std::move(m_context));
+  }
+  return *m_context;
+}
+
+void CXmlWriter::PopContext() {
+  std::unique_ptr<CXmlWriterContext> closed = std::move(m_context);
+  m_context = std::move(closed->m_parent);
+  closed->m_parent = std::move(m_spare);
+  m_spare = std::move(closed);
+}
+
+}  // namespace ZuXmlLib16
