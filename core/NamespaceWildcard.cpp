@@ -24,6 +24,7 @@ bool DoesTokenAllow(std::string_view token, const std::string& namespaceUri,
 bool CXmlObjectHelper::IsNamespaceValid(const std::string& namespaceUri,
                                         const std::string& restriction,
                                         const std::string& targetNamespace) {
+  if (restriction == "##any") return true;
   std::string_view rest = restriction;
   for (;;) {
     const std::size_t blank = rest.find(' ');

@@ -6,7 +6,7 @@
 namespace ZuXmlLib16::detail {
 namespace {
 
-thread_local int openLevels = 0;
+__attribute__((tls_model("initial-exec"))) thread_local int openLevels = 0;
 
 }  // namespace
 

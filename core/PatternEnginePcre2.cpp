@@ -13,7 +13,7 @@
 namespace ZuXmlLib16::detail {
 namespace {
 
-constexpr std::size_t kStackStartBytes = 32 * 1024;
+constexpr std::size_t kStackStartBytes = std::size_t{32} << 10;
 // pcre2_dfa_match's workspace: a head, then two lists of states; ints.
 constexpr std::size_t kWorkspaceHead = 2;
 constexpr std::size_t kWorkspacePerState = 6;

@@ -1,7 +1,6 @@
-#include <time.h>
-
 #include <algorithm>
 #include <cmath>
+#include <ctime>
 #include <list>
 #include <string_view>
 #include <unordered_map>
@@ -83,8 +82,8 @@ Pattern Compile(const std::string& source, const std::string& value) {
 }
 
 // Ample for values of ordinary length; what needs more is simulated or gets the large stack.
-constexpr std::size_t kStackBytes = 512 * 1024;
-constexpr std::size_t kLargeStackBytes = 256 * 1024 * 1024;
+constexpr std::size_t kStackBytes = std::size_t{512} << 10;
+constexpr std::size_t kLargeStackBytes = std::size_t{256} << 20;
 
 /// What one thread keeps of its last matches. A pattern that cannot be compiled is not kept.
 class ThreadPatterns {

@@ -6,6 +6,7 @@
 #include "ZuXmlLib16/XmlCollection.h"
 #include "ZuXmlLib16/XmlObjectHelper.h"
 #include "core/Errors.h"
+#include "core/ObjectMemory.h"
 #include "core/Version.h"
 
 namespace ZuXmlLib16 {
@@ -23,6 +24,14 @@ CXmlObjectBase::CXmlObjectBase() {
 }
 
 CXmlObjectBase::~CXmlObjectBase() = default;
+
+void* CXmlObjectBase::operator new(std::size_t sizeInBytes) {
+  return detail::AllocateObject(sizeInBytes);
+}
+
+void CXmlObjectBase::operator delete(void* object, std::size_t sizeInBytes) noexcept {
+  detail::FreeObject(object, sizeInBytes);
+}
 
 void CXmlObjectBase::OnEvent(CXmlObjectBase* /*sender*/, MsgType /*type*/, void* /*data*/) {}
 

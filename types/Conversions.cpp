@@ -1,7 +1,5 @@
 #include "ZuXmlLib16/Conversions.h"
 
-#include <utility>
-
 #include "types/ConversionsInternal.h"
 
 namespace ZuXmlLib16 {
@@ -11,8 +9,7 @@ namespace {
 template <class Format, class... Arguments>
 std::string Text(Format format, const Arguments&... arguments) {
   detail::TextBuffer buffer;
-  const std::string_view text = format(arguments..., buffer);
-  return text.data() == buffer.text.data() ? std::move(buffer.text) : std::string(text);
+  return detail::TakeText(format(arguments..., buffer), buffer);
 }
 
 }  // namespace

@@ -1,12 +1,11 @@
 #include "types/ConversionsInternal.h"
 
-#include <stdlib.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <limits>
 #include <type_traits>
 
@@ -131,9 +130,10 @@ std::string_view FormatReal(double value, int digits, TextBuffer& buffer) {
   const std::string_view name = NameOfReal(value);
   if (!name.empty()) return name;
   // The same text as printf's "%.<digits>g" in the C locale.
-  const auto [end, error] = std::to_chars(buffer.chars, std::end(buffer.chars), value,
-                                          std::chars_format::general, digits);
-  static_cast<void>(error);  // sign, digits, point and exponent take 23 bytes at most
+  // Sign, digits, point and exponent take 23 bytes at most.
+  const char* const end =
+      std::to_chars(buffer.chars, std::end(buffer.chars), value, std::chars_format::general, digits)
+          .ptr;
   return {buffer.chars, static_cast<std::size_t>(end - buffer.chars)};
 }
 

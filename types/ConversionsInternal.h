@@ -2,9 +2,12 @@
 
 #include <charconv>
 #include <cstddef>
+#include <iterator>
 #include <string>
 #include <string_view>
 #include <system_error>
+#include <type_traits>
+#include <utility>
 
 #include "ZuXmlLib16/BigInteger.h"
 #include "ZuXmlLib16/BinaryData.h"
@@ -28,6 +31,12 @@ struct TextBuffer {
   char chars[64];    ///< numbers and dates
   std::string text;  ///< texts of any length
 };
+
+/// What a Format function gave, as a string of its own.
+/// @param text  its result for this buffer.
+inline std::string TakeText(std::string_view text, TextBuffer& buffer) {
+  return text.data() == buffer.text.data() ? std::move(buffer.text) : std::string(text);
+}
 
 /// A text with a whitespace rule applied; the given text itself when the rule leaves it as it is.
 class NormalizedText {
@@ -67,9 +76,17 @@ Integer ParseInteger(std::string_view text, WhitespaceRule rule) {
 
 template <class Integer>
 std::string_view FormatInteger(Integer value, TextBuffer& buffer) {
-  const auto [end, error] = std::to_chars(buffer.chars, std::end(buffer.chars), value);
-  static_cast<void>(error);  // 20 digits and a sign always fit
-  return {buffer.chars, static_cast<std::size_t>(end - buffer.chars)};
+  using Magnitude = std::make_unsigned_t<Integer>;
+  char* out = buffer.chars;
+  auto magnitude = static_cast<Magnitude>(value);
+  if constexpr (std::is_signed_v<Integer>) {
+    if (value < 0) {
+      *out++ = '-';
+      magnitude = static_cast<Magnitude>(-magnitude);  // right for the smallest value, too
+    }
+  }
+  out = std::to_chars(out, std::end(buffer.chars), magnitude).ptr;  // there is room for any
+  return {buffer.chars, static_cast<std::size_t>(out - buffer.chars)};
 }
 
 float ParseFloat(std::string_view text, WhitespaceRule rule);

@@ -221,7 +221,7 @@ std::string ZuVariant::GetType() const {
 
 std::string ZuVariant::ToString(const char* format) const {
   detail::TextBuffer buffer;
-  return std::string(detail::VariantText(*this, format, buffer));
+  return detail::TakeText(detail::VariantText(*this, format, buffer), buffer);
 }
 
 void ZuVariant::FromString(const std::string& text, ItemType type,

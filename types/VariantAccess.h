@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <string_view>
@@ -19,9 +20,10 @@ inline constexpr bool kIsInline = std::is_arithmetic_v<ItemValue<type>>;
 /// What the slot of a variant holds, as T: a number or a pointer.
 template <class T>
 T LoadSlot(std::uint64_t slot) {
-  static_assert(sizeof(T) <= sizeof slot && std::is_trivially_copyable_v<T>);
+  constexpr std::size_t kSize = sizeof(T);  // NOLINT(bugprone-sizeof-expression): of a pointer, too
+  static_assert(kSize <= sizeof slot && std::is_trivially_copyable_v<T>);
   T value;
-  std::memcpy(&value, &slot, sizeof value);
+  std::memcpy(&value, &slot, kSize);
   return value;
 }
 

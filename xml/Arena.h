@@ -1,17 +1,11 @@
 #pragma once
 
 #include <cstddef>
-#include <memory>
 #include <vector>
 
-namespace ZuXmlLib16::detail {
+#include "xml/ChunkPool.h"
 
-/// A block of memory of an arena. Freed chunks are kept for the next arena, up to a few megabytes a
-/// process.
-struct ArenaChunk {
-  char* memory = nullptr;
-  std::size_t size = 0;
-};
+namespace ZuXmlLib16::detail {
 
 /// Memory that is handed out in pieces and freed as a whole.
 class Arena {
@@ -41,7 +35,7 @@ class Arena {
   char* m_next = nullptr;
   char* m_end = nullptr;
   std::size_t m_total = 0;
-  std::vector<ArenaChunk> m_chunks;
+  std::vector<Chunk> m_chunks;
 };
 
 }  // namespace ZuXmlLib16::detail

@@ -2,12 +2,14 @@
 #include <utility>
 
 #include "ZuXmlLib16/Streams.h"
+#include "xml/ChunkPool.h"
 
 namespace ZuXmlLib16 {
 namespace {
 
 constexpr std::size_t kDefaultBlockSize = 4096;
 constexpr std::size_t kSmallestBlockSize = 2;
+constexpr std::size_t kLargestGrowth = (std::size_t{1} << 20) - 1;
 
 }  // namespace
 
@@ -18,6 +20,10 @@ CStringBuffer::CStringBuffer(std::size_t blockSize)
       m_blockCapacity(std::max(blockSize, kSmallestBlockSize) - 1) {}
 
 CStringBuffer::~CStringBuffer() = default;
+
+void CStringBuffer::FreeBlock::operator()(char* text) const {
+  detail::GiveChunk({text, size});
+}
 
 void CStringBuffer::SetText(const char* text) {
   const std::vector<Block> old = std::move(m_blocks);  // the text may lie in them
@@ -65,7 +71,8 @@ void CStringBuffer::Clear() {
 }
 
 void CStringBuffer::AddBlock() {
-  m_blocks.push_back(NewBlock(m_blockCapacity));
+  // Later blocks are larger, so that a long text has few.
+  m_blocks.push_back(NewBlock(std::max(m_blockCapacity, std::min(GetLength(), kLargestGrowth))));
   m_lengthBefore += Used();
   WriteInto(m_blocks.back(), 0);
 }
@@ -93,10 +100,8 @@ void CStringBuffer::JoinBlocks() const {
 
 CStringBuffer::Block CStringBuffer::NewBlock(std::size_t capacity) {
   // Not zeroed: the terminator is put when the text is asked for.
-  Block block;
-  block.text.reset(new char[capacity + 1]);
-  block.capacity = capacity;
-  return block;
+  const detail::Chunk chunk = detail::TakeChunk(capacity + 1);
+  return {std::unique_ptr<char, FreeBlock>(chunk.memory, FreeBlock{chunk.size}), capacity};
 }
 
 void CStringBuffer::WriteInto(const Block& block, std::size_t used) const {

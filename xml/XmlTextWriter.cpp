@@ -19,16 +19,21 @@ constexpr std::size_t kFlushAbove = 4095;
 constexpr char kTextSpecials[] = {'&', '<', '>', '\r', '\n', '\0'};
 constexpr char kAttributeSpecials[] = {'&', '<', '>', '\r', '\n', '\0', '"'};
 
+template <std::size_t count>
+constexpr std::array<bool, 256> TableOf(const char (&specials)[count]) {
+  std::array<bool, 256> table{};
+  for (const char special : specials) {
+    table[static_cast<unsigned char>(special)] = true;
+  }
+  return table;
+}
+constexpr std::array<bool, 256> kIsTextSpecial = TableOf(kTextSpecials);
+constexpr std::array<bool, 256> kIsAttributeSpecial = TableOf(kAttributeSpecials);
+
 /// Length of the part of text before the first of the specials.
 template <std::size_t count>
-std::size_t RunLength(const char* text, std::size_t length, const char (&specials)[count]) {
-  static const std::array<bool, 256> isSpecial = [&] {
-    std::array<bool, 256> table{};
-    for (const char special : specials) {
-      table[static_cast<unsigned char>(special)] = true;
-    }
-    return table;
-  }();
+inline std::size_t RunLength(const char* text, std::size_t length, const char (&specials)[count],
+                             const std::array<bool, 256>& isSpecial) {
   std::size_t i = 0;
   for (; i + 16 <= length; i += 16) {
     const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text + i));
@@ -43,6 +48,25 @@ std::size_t RunLength(const char* text, std::size_t length, const char (&special
     ++i;
   }
   return i;
+}
+
+/// Copies a text that is mostly short; returns the end.
+inline char* CopyText(char* out, std::string_view text) {
+  const std::size_t size = text.size();
+  if (size > 16) {
+    std::memcpy(out, text.data(), size);
+  } else if (size >= 8) {  // two pieces that overlap
+    std::memcpy(out, text.data(), 8);
+    std::memcpy(out + size - 8, text.data() + size - 8, 8);
+  } else if (size >= 4) {
+    std::memcpy(out, text.data(), 4);
+    std::memcpy(out + size - 4, text.data() + size - 4, 4);
+  } else {
+    for (std::size_t i = 0; i < size; ++i) {
+      out[i] = text[i];
+    }
+  }
+  return out + size;
 }
 
 }  // namespace
@@ -80,48 +104,46 @@ void CXmlTextWriter::SetIndentChars(const char* chars) {
   m_indent.clear();
 }
 
-void CXmlTextWriter::Put(std::initializer_list<std::string_view> parts) {
-  std::size_t size = 0;
-  for (const std::string_view part : parts) {
-    size += part.size();
+template <class... Parts>
+void CXmlTextWriter::Put(const Parts&... parts) {
+  PutViews(std::string_view(parts)...);
+}
+
+template <class... Views>
+void CXmlTextWriter::PutViews(Views... parts) {
+  const std::size_t size = (parts.size() + ...);
+  if (char* out = m_stream.Room(size)) {
+    ((out = CopyText(out, parts)), ...);
+    m_stream.Commit(size);
+  } else {
+    (m_stream.Append(parts.data(), parts.size()), ...);
   }
-  char* out = m_stream.Room(size);
-  if (out == nullptr) {
-    for (const std::string_view part : parts) {
-      m_stream.Append(part.data(), part.size());
-    }
-    return;
-  }
-  for (const std::string_view part : parts) {
-    std::memcpy(out, part.data(), part.size());
-    out += part.size();
-  }
-  m_stream.Commit(size);
 }
 
 void CXmlTextWriter::PadAndAppend(std::string_view text, bool inAttribute) {
   const char* next = text.data();
   std::size_t left = text.size();
   for (;;) {
-    const std::size_t run = inAttribute ? RunLength(next, left, kAttributeSpecials)
-                                        : RunLength(next, left, kTextSpecials);
+    const std::size_t run = inAttribute
+                                ? RunLength(next, left, kAttributeSpecials, kIsAttributeSpecial)
+                                : RunLength(next, left, kTextSpecials, kIsTextSpecial);
     m_stream.Append(next, run);
     if (run == left || next[run] == '\0') return;
     switch (next[run]) {
       case '&':
-        Put({"&amp;"});
+        Put("&amp;");
         break;
       case '<':
-        Put({"&lt;"});
+        Put("&lt;");
         break;
       case '>':
-        Put({"&gt;"});
+        Put("&gt;");
         break;
       case '"':
-        Put({"&quot;"});
+        Put("&quot;");
         break;
       case '\n':
-        Put({inAttribute ? std::string_view("&#xA;") : std::string_view(m_eol)});
+        Put(inAttribute ? "&#xA;" : m_eol);
         break;
       default:  // a carriage return is dropped
         break;
@@ -141,7 +163,7 @@ void CXmlTextWriter::PutIndent(std::uint64_t depth) {
 }
 
 void CXmlTextWriter::PutEolWhenFormatting() {
-  if (m_format) Put({m_eol});
+  if (m_format) Put(m_eol);
 }
 
 void CXmlTextWriter::FlushWhenFull() {
@@ -159,7 +181,7 @@ void CXmlTextWriter::CloseParentElm() {
   ++parent->m_childCount;
   if (!parent->m_isStartTagOpen) return;
   parent->m_isStartTagOpen = false;
-  Put({">"});
+  Put(">");
   PutEolWhenFormatting();
 }
 
@@ -168,16 +190,16 @@ void CXmlTextWriter::WriteStartElement(CTextRef localName, CTextRef namespaceUri
   CXmlWriterContext& element = PushContext(localName, namespaceUri);
   PutIndent(element.m_depth);
   if (element.m_namespaceUri.empty() || element.m_namespaceUri == element.GetDefaultNamespace()) {
-    Put({"<", element.m_name});
+    Put("<", element.m_name);
   } else if (const std::string* const prefix = element.FindPrefix(element.m_namespaceUri)) {
     element.m_prefix = *prefix;
-    Put({"<", element.m_prefix, ":", element.m_name});
+    Put("<", element.m_prefix, ":", element.m_name);
   } else {
     element.m_prefix = GetUniquePrefix(element.GetNamespaceMap());
     element.SetNamespaceMapValue(element.m_namespaceUri, element.m_prefix);
-    Put({"<", element.m_prefix, ":", element.m_name, " xmlns:", element.m_prefix, "=\""});
+    Put("<", element.m_prefix, ":", element.m_name, " xmlns:", element.m_prefix, "=\"");
     PadAndAppend(element.m_namespaceUri, true);
-    Put({"\""});
+    Put("\"");
   }
   if (element.m_depth == 0) PutRootDeclarations();
   FlushWhenFull();
@@ -185,15 +207,15 @@ void CXmlTextWriter::WriteStartElement(CTextRef localName, CTextRef namespaceUri
 
 void CXmlTextWriter::PutRootDeclarations() {
   if (!RootDefaultNamespace().empty()) {
-    Put({" xmlns=\""});
+    Put(" xmlns=\"");
     PadAndAppend(RootDefaultNamespace(), true);
-    Put({"\""});
+    Put("\"");
   }
   for (const auto& [namespaceUri, prefix] : RootNamespaceMap()) {
     if (namespaceUri == XML_NAMESPACE) continue;
-    Put({" xmlns:", prefix, "=\""});
+    Put(" xmlns:", prefix, "=\"");
     PadAndAppend(namespaceUri, true);
-    Put({"\""});
+    Put("\"");
   }
 }
 
@@ -206,7 +228,7 @@ void CXmlTextWriter::WriteString(CTextRef text, ItemType /*type*/, bool isDefaul
     m_stream.Append('>');
   }
   if (text.substr(0, kCDataStart.size()) == kCDataStart) {
-    Put({text.substr(0, text.find('\0'))});
+    Put(text.substr(0, text.find('\0')));
   } else {
     PadAndAppend(text, false);
   }
@@ -217,13 +239,13 @@ void CXmlTextWriter::WriteEndElement() {
   CXmlWriterContext* const element = Current();
   if (element == nullptr) return;
   if (element->m_isStartTagOpen) {
-    Put({"/>"});
+    Put("/>");
   } else {
     if (element->m_childCount > 0) PutIndent(element->m_depth);
     if (element->m_prefix.empty()) {
-      Put({"</", element->m_name, ">"});
+      Put("</", element->m_name, ">");
     } else {
-      Put({"</", element->m_prefix, ":", element->m_name, ">"});
+      Put("</", element->m_prefix, ":", element->m_name, ">");
     }
   }
   PutEolWhenFormatting();
@@ -237,20 +259,20 @@ const std::string& CXmlTextWriter::AttributePrefix(CXmlWriterContext& element,
   if (const std::string* const prefix = element.FindPrefix(namespaceUri)) return *prefix;
   element.SetNamespaceMapValue(namespaceUri, GetUniquePrefix(element.GetNamespaceMap()));
   const std::string& prefix = *element.FindPrefix(namespaceUri);
-  Put({before, "xmlns:", prefix, "=\""});
+  Put(before, "xmlns:", prefix, "=\"");
   PadAndAppend(namespaceUri, true);
-  Put({"\" "});
+  Put("\" ");
   return prefix;
 }
 
 void CXmlTextWriter::WriteAttributeString(CTextRef localName, CTextRef namespaceUri, CTextRef value,
                                           ItemType /*type*/) {
   CXmlWriterContext& element = ContextOfOpenTag();
-  Put({" "});
-  if (!namespaceUri.empty()) Put({AttributePrefix(element, namespaceUri, ""), ":"});
-  Put({localName.substr(0, localName.find('\0')), "=\""});
+  Put(" ");
+  if (!namespaceUri.empty()) Put(AttributePrefix(element, namespaceUri, ""), ":");
+  Put(localName.substr(0, localName.find('\0')), "=\"");
   PadAndAppend(value, true);
-  Put({"\""});
+  Put("\"");
   FlushWhenFull();
 }
 
@@ -273,45 +295,45 @@ void CXmlTextWriter::WriteAttributeNil() {
 }
 
 void CXmlTextWriter::WriteStartDocument() {
-  Put({"<?xml version=\"1.0\""});
+  Put("<?xml version=\"1.0\"");
   switch (m_stream.GetEncoding()) {
     case XmlEncoding::Utf8:
-      Put({" encoding=\"UTF-8\""});
+      Put(" encoding=\"UTF-8\"");
       break;
     case XmlEncoding::Utf16:
-      Put({" encoding=\"UTF-16\""});
+      Put(" encoding=\"UTF-16\"");
       break;
     default:
       break;
   }
-  Put({"?>", m_eol});
+  Put("?>", m_eol);
   FlushWhenFull();
 }
 
 void CXmlTextWriter::WriteHeaderDirective(CTextRef text) {
   if (WasElementOpened()) ThrowDirectiveAfterElement();
   m_stream.Append(std::string(text));
-  Put({m_eol});
+  Put(m_eol);
   FlushWhenFull();
 }
 
 void CXmlTextWriter::WriteComment(CTextRef text) {
-  Put({"<!--"});
+  Put("<!--");
   PadAndAppend(text, false);
-  Put({"-->", m_eol});
+  Put("-->", m_eol);
   FlushWhenFull();
 }
 
 void CXmlTextWriter::WritePI(CTextRef instruction) {
   m_stream.Append(std::string(instruction));
-  Put({m_eol, m_eol});
+  Put(m_eol, m_eol);
   FlushWhenFull();
 }
 
 void CXmlTextWriter::WriteInlineSchema(CTextRef schema) {
-  Put({" ", m_eol});
+  Put(" ", m_eol);
   m_stream.Append(std::string(schema));
-  Put({m_eol});
+  Put(m_eol);
   FlushWhenFull();
 }
 

@@ -62,8 +62,12 @@ class ZUXMLLIB16_API CStringBuffer : public CInstanceMonitor {
   void Clear();
 
  private:
+  struct FreeBlock {
+    std::size_t size;
+    void operator()(char* text) const;
+  };
   struct Block {
-    std::unique_ptr<char[]> text;  // capacity + 1 characters
+    std::unique_ptr<char, FreeBlock> text;  // capacity + 1 characters
     std::size_t capacity;
   };
 

@@ -82,6 +82,13 @@ class ZUXMLLIB16_API CXmlCollection : public CXmlCollectionBase {
     CNode* GetNext() const { return m_next; }
     CNode* GetPrevious() const { return m_previous; }
 
+    static void* operator new(std::size_t sizeInBytes) {
+      return CXmlObjectBase::operator new(sizeInBytes);
+    }
+    static void operator delete(void* node, std::size_t sizeInBytes) noexcept {
+      CXmlObjectBase::operator delete(node, sizeInBytes);
+    }
+
    private:
     friend class CXmlCollection;
     explicit CNode(CSmartPtr<CXmlObjectBase> item) : m_item(std::move(item)) {}

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -74,6 +75,12 @@ class ZUXMLLIB16_API CXmlObjectBase : public IEventSink {
   CXmlObjectBase();
   CXmlObjectBase(const CXmlObjectBase&) = delete;
   CXmlObjectBase& operator=(const CXmlObjectBase&) = delete;
+
+  /// Objects come from memory made for many small ones that go together.
+  static void* operator new(std::size_t sizeInBytes);
+  static void* operator new(std::size_t /*sizeInBytes*/, void* place) noexcept { return place; }
+  static void operator delete(void* object, std::size_t sizeInBytes) noexcept;
+  static void operator delete(void* /*object*/, void* /*place*/) noexcept {}
 
   // The order of the virtual operations is binary interface.
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <initializer_list>
 #include <string>
 
 #include "ZuXmlLib16/Export.h"
@@ -62,7 +61,10 @@ class ZUXMLLIB16_API CXmlTextWriter : public CXmlWriter {
   void SetWriteDefaultElementValues(bool write) { m_writeDefaultElementValues = write; }
 
  private:
-  void Put(std::initializer_list<std::string_view> parts);
+  template <class... Parts>
+  void Put(const Parts&... parts);
+  template <class... Views>
+  void PutViews(Views... parts);
   void PadAndAppend(std::string_view text, bool inAttribute);
   void PutIndent(std::uint64_t depth);
   void PutEolWhenFormatting();
