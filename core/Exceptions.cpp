@@ -3,6 +3,9 @@
 namespace ZuXmlLib16 {
 namespace {
 
+// Cloning goes down the chain of causes, which has one link for every level that added its place.
+// NOLINTBEGIN(misc-no-recursion)
+
 std::unique_ptr<CZuException> CloneOf(const CZuException* exception) {
   return std::unique_ptr<CZuException>(exception != nullptr ? exception->Clone() : nullptr);
 }
@@ -44,6 +47,8 @@ CZuException::~CZuException() = default;
 CZuException* CZuException::Clone() const {
   return new CZuException(*this);
 }
+
+// NOLINTEND(misc-no-recursion)
 
 std::string CZuException::GetFullMessage() const {
   std::string result = m_message;

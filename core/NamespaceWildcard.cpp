@@ -51,13 +51,10 @@ bool CXmlObjectHelper::DoesElementNameMatch(const CSerializationContext& context
 std::string detail::AnyDefaultNamespace(const std::string& restriction,
                                         const std::string& namespaceUri,
                                         const std::string& targetNamespace) {
-  if (restriction == "##any") return namespaceUri;
-  if (restriction == "##other") return namespaceUri.empty() ? "DefaultNamespace" : "";
-  if (restriction == "##targetNamespace") return targetNamespace;
-  const std::size_t blank = restriction.find(' ');
-  if (restriction.compare(0, 2, "##") == 0 && blank != std::string::npos) {
-    return AnyDefaultNamespace(restriction.substr(0, blank), namespaceUri, targetNamespace);
-  }
+  const std::string_view token = std::string_view(restriction).substr(0, restriction.find(' '));
+  if (token == "##any") return namespaceUri;
+  if (token == "##other") return namespaceUri.empty() ? "DefaultNamespace" : "";
+  if (token == "##targetNamespace") return targetNamespace;
   return {};
 }
 

@@ -185,8 +185,8 @@ void* AllocateObject(std::size_t sizeInBytes) {
 void FreeObject(void* object, std::size_t sizeInBytes) noexcept {
   if (object == nullptr) return;
   if (sizeInBytes > kLargestObject) return ::operator delete(object);
-  const auto address = reinterpret_cast<std::uintptr_t>(object);
-  Slab* const slab = reinterpret_cast<Slab*>(address / kSlabSize * kSlabSize);
+  const std::size_t offset = reinterpret_cast<std::uintptr_t>(object) % kSlabSize;
+  Slab* const slab = reinterpret_cast<Slab*>(static_cast<char*>(object) - offset);
   if (slab->objects.fetch_sub(1, std::memory_order_acq_rel) == 1) slabPool.Give(slab);
 }
 

@@ -8,9 +8,14 @@
 
 namespace ZuXmlLib16 {
 
+// Running out of memory while the library is loaded ends the program either way.
+// NOLINTBEGIN(cert-err58-cpp)
+
 __attribute__((init_priority(101))) const std::string CXmlWriter::XML_NAMESPACE =
     "http://www.w3.org/XML/1998/namespace";
 
 __attribute__((init_priority(102))) CSerializationContext CSerializationContext::m_defaultContext;
+
+// NOLINTEND(cert-err58-cpp)
 
 }  // namespace ZuXmlLib16

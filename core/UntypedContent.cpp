@@ -13,6 +13,7 @@
 #include "core/Errors.h"
 #include "core/LocalXml.h"
 #include "core/NestingLevel.h"
+#include "core/RootOptions.h"
 
 namespace ZuXmlLib16 {
 namespace {
@@ -261,17 +262,23 @@ CSmartPtr<CElement> CElement::Clone() const {
   return clone;
 }
 
-void CElement::ToXml_Int(CXmlWriter* writer, bool /*isDocumentRoot*/, const char* /*namespaceUri*/,
+// Plain elements are written by a loop. Recursion is left for raw elements and classes derived from
+// this one, as deep as the program nests those. NOLINTBEGIN(misc-no-recursion)
+
+void CElement::ToXml_Int(CXmlWriter* writer, bool isDocumentRoot, const char* /*namespaceUri*/,
                          const CSerializationContext& context, bool /*isOptionalChoice*/) const {
+  if (writer == nullptr) ThrowPropertyIsNull("writer");
   if (m_raw) {
     if (auto* const textWriter = dynamic_cast<CXmlTextWriter*>(writer)) {
       return WriteRaw(*textWriter);
     }
   }
-  WriteTree(*writer, context);
+  if (isDocumentRoot) detail::WriteBeforeRoot(*writer, context);
+  WriteTree(*writer, isDocumentRoot, context);
 }
 
-void CElement::WriteTree(CXmlWriter& writer, const CSerializationContext& context) const {
+void CElement::WriteTree(CXmlWriter& writer, bool isDocumentRoot,
+                         const CSerializationContext& context) const {
   struct OpenElement {
     const CElement* element;
     CXmlCollection::CNode* nextChild;
@@ -279,6 +286,7 @@ void CElement::WriteTree(CXmlWriter& writer, const CSerializationContext& contex
   std::vector<OpenElement> open;
   const auto start = [&](const CElement& element) {
     writer.WriteStartElement(element.GetName(), element.m_scope->namespaceUri);
+    if (isDocumentRoot && open.empty()) detail::WriteRootAttributes(writer, context);
     if (element.m_attributes) {
       element.m_attributes->ToXml_Int(&writer, false, element.m_scope->namespaceUri.c_str(),
                                       context, false);
@@ -316,11 +324,13 @@ void CElement::WriteRaw(CXmlTextWriter& outer) const {
   writer.SetDefaultNamespace(m_scope->namespaceUri);
   CSerializationContext context;
   context.SetDefaultNamespaceURI(m_scope->namespaceUri.c_str());
-  WriteTree(writer, context);
+  WriteTree(writer, false, context);
   writer.Close();
   outer.CloseParentElm();
   outer.WriteRawElement(stream.CopyText());
 }
+
+// NOLINTEND(misc-no-recursion)
 
 CAttribute::CAttribute(CTextRef name, CTextRef value, CTextRef namespaceUri)
     : m_value(value), m_namespaceUri(namespaceUri) {

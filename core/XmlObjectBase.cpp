@@ -25,6 +25,7 @@ CXmlObjectBase::CXmlObjectBase() {
 
 CXmlObjectBase::~CXmlObjectBase() = default;
 
+// NOLINTNEXTLINE(misc-new-delete-overloads): sized delete only
 void* CXmlObjectBase::operator new(std::size_t sizeInBytes) {
   return detail::AllocateObject(sizeInBytes);
 }

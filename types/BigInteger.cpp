@@ -8,6 +8,7 @@
 
 #include "ZuXmlLib16/Decimal.h"
 #include "core/Errors.h"
+#include "types/AsciiDigit.h"
 #include "types/DigitArray.h"
 
 namespace ZuXmlLib16 {
@@ -94,13 +95,20 @@ CBigInteger& CBigInteger::operator=(CBigInteger&& other) noexcept {
 
 CBigInteger::~CBigInteger() = default;
 
+CBigInteger::CBigInteger(std::string_view text) {
+  Parse(text);
+}
+
 void CBigInteger::Parse(const char* text) {
-  const std::string_view given = text != nullptr ? text : "";
-  if (!HasOnlyDigitsSignsAndSpace(given)) {
+  Parse(std::string_view(text != nullptr ? text : ""));
+}
+
+void CBigInteger::Parse(std::string_view text) {
+  if (!HasOnlyDigitsSignsAndSpace(text)) {
     *this = CBigInteger(CDecimal(text));
     return;
   }
-  const std::string_view trimmed = TrimSpaces(given);
+  const std::string_view trimmed = TrimSpaces(text);
   const bool negative = !trimmed.empty() && trimmed.front() == '-';
   Digits digits;
   detail::AppendText(LastDigits(trimmed), digits);
@@ -184,7 +192,7 @@ CBigInteger CBigInteger::Pow10(unsigned int exponent) {
 CBigInteger::operator int() const {
   constexpr std::size_t kMaxDigits = std::numeric_limits<int>::digits10 + 1;
   if (m_digits.size() <= kMaxDigits) {
-    const long long value = m_sign * static_cast<long long>(GetSmallMagnitude());
+    const long long value = m_sign * static_cast<long long>(detail::WordOf(m_digits));
     if (value >= std::numeric_limits<int>::min() && value <= std::numeric_limits<int>::max()) {
       return static_cast<int>(value);
     }
@@ -193,9 +201,8 @@ CBigInteger::operator int() const {
 }
 
 CBigInteger::operator long long() const {
-  constexpr std::size_t kMaxDigits = std::numeric_limits<long long>::digits10 + 1;
-  if (m_digits.size() <= kMaxDigits) {
-    const unsigned long long magnitude = GetSmallMagnitude();
+  if (m_digits.size() <= detail::kWordDigits) {
+    const unsigned long long magnitude = detail::WordOf(m_digits);
     if (magnitude <= Magnitude(std::numeric_limits<long long>::max())) {
       return m_sign * static_cast<long long>(magnitude);
     }
@@ -226,14 +233,6 @@ void CBigInteger::AddSigned(std::int32_t sign, const Digits& digits) {
 void CBigInteger::Assign(std::int32_t sign, Digits&& digits) {
   m_digits = std::move(digits);
   m_sign = IsZero() ? 1 : sign;
-}
-
-unsigned long long CBigInteger::GetSmallMagnitude() const {
-  unsigned long long magnitude = 0;
-  for (auto digit = m_digits.rbegin(); digit != m_digits.rend(); ++digit) {
-    magnitude = magnitude * 10 + static_cast<unsigned char>(*digit);
-  }
-  return magnitude;
 }
 
 }  // namespace ZuXmlLib16

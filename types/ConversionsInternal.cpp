@@ -10,6 +10,7 @@
 #include <type_traits>
 
 #include "core/Errors.h"
+#include "types/AsciiDigit.h"
 #include "types/CLocale.h"
 #include "types/DateTimeText.h"
 
@@ -327,7 +328,7 @@ std::string_view FormatDuration(const CDateTimeSpan& value, TextBuffer& buffer) 
 }
 
 CDecimal ParseDecimal(std::string_view text, WhitespaceRule rule) {
-  return CDecimal(std::string(NormalizedText(text, rule).View()));
+  return CDecimal(NormalizedText(text, rule).View());
 }
 
 std::string_view FormatDecimal(const CDecimal& value, TextBuffer& buffer) {
@@ -341,7 +342,7 @@ std::string_view FormatDecimalAs(const CDecimal& value, const char* format, Text
 }
 
 CBigInteger ParseBigInteger(std::string_view text, WhitespaceRule rule) {
-  return CBigInteger(std::string(NormalizedText(text, rule).View()).c_str());
+  return CBigInteger(NormalizedText(text, rule).UpToNul());
 }
 
 std::string_view FormatBigInteger(const CBigInteger& value, TextBuffer& buffer) {

@@ -115,7 +115,7 @@ bool FitsYearField(long long year) {
 int OrderAgainstMissing(int value, unsigned field) {
   if (field == kYear) {
     if (value >= 0) return kIndeterminate;
-    return value == -1 ? kEqual : value < -1 ? kGreater : kLess;
+    return value == -1 ? kEqual : kGreater;
   }
   return value == 0 ? kLess : kIndeterminate;
 }

@@ -6,6 +6,7 @@
 #include "ZuXmlLib16/DateTime.h"
 #include "ZuXmlLib16/Exceptions.h"
 #include "core/Errors.h"
+#include "types/AsciiDigit.h"
 #include "types/DateTimeFields.h"
 #include "types/DateTimeText.h"
 

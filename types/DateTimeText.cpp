@@ -3,6 +3,7 @@
 #include <cstdlib>
 
 #include "core/Errors.h"
+#include "types/AsciiDigit.h"
 #include "types/DateTimeFields.h"
 
 namespace ZuXmlLib16 {

@@ -32,8 +32,4 @@ struct SecondFraction {
 /// Reads the run of digits at the start of the text.
 SecondFraction ParseFraction(std::string_view text);
 
-constexpr bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
-}
-
 }  // namespace ZuXmlLib16::detail

@@ -7,6 +7,7 @@
 
 #include "ZuXmlLib16/WhitespaceUtils.h"
 #include "core/Errors.h"
+#include "types/AsciiDigit.h"
 #include "types/DigitArray.h"
 
 namespace ZuXmlLib16 {
@@ -121,6 +122,10 @@ CDecimal::CDecimal(const char* text) {
 }
 
 CDecimal::CDecimal(const std::string& text) {
+  Parse(text);
+}
+
+CDecimal::CDecimal(std::string_view text) {
   Parse(text);
 }
 

@@ -153,6 +153,14 @@ Digits DigitsOf(unsigned long long value) {
   return digits;
 }
 
+unsigned long long WordOf(const Digits& digits) {
+  unsigned long long value = 0;
+  for (std::size_t i = digits.size(); i-- > 0;) {
+    value = value * 10 + static_cast<unsigned char>(digits[i]);
+  }
+  return value;
+}
+
 Digits DigitsOf(double magnitude) {
   Digits digits;
   double rest = std::ceil(magnitude - 0.5);
@@ -175,7 +183,7 @@ void Add(const Digits& a, const Digits& b, Digits& sum) {
   // The sizes are taken first: sum may be a or b.
   const std::size_t sizeOfA = a.size();
   const std::size_t sizeOfB = b.size();
-  const std::size_t size = std::max(sizeOfA, sizeOfB) + 1;
+  const std::size_t size = std::max(sizeOfA, sizeOfB);
   sum.resize(size);
   int carry = 0;
   for (std::size_t i = 0; i < size; ++i) {
@@ -183,7 +191,7 @@ void Add(const Digits& a, const Digits& b, Digits& sum) {
     carry = digit > 9 ? 1 : 0;
     sum[i] = static_cast<char>(digit - 10 * carry);
   }
-  Clean(sum);
+  if (carry != 0) sum.push_back(1);
 }
 
 void Subtract(const Digits& a, const Digits& b, Digits& difference) {
@@ -200,6 +208,7 @@ void Subtract(const Digits& a, const Digits& b, Digits& difference) {
 }
 
 Digits Multiply(const Digits& a, const Digits& b) {
+  if (a.size() + b.size() <= kWordDigits) return DigitsOf(WordOf(a) * WordOf(b));
   const Groups left = ToGroups(a);
   const Groups right = ToGroups(b);
   Groups result(left.size() + right.size());
@@ -226,6 +235,11 @@ void ShiftRight(Digits& digits, std::size_t places) {
 
 Division Divide(const Digits& a, const Digits& b) {
   if (Compare(a, b) < 0) return {Digits(1, '\0'), a};
+  if (a.size() <= kWordDigits) {
+    const unsigned long long dividendWord = WordOf(a);
+    const unsigned long long divisorWord = WordOf(b);
+    return {DigitsOf(dividendWord / divisorWord), DigitsOf(dividendWord % divisorWord)};
+  }
   Groups dividend = ToGroups(a);
   Groups divisor = ToGroups(b);
   if (divisor.size() == 1) {

@@ -10,10 +10,6 @@ namespace ZuXmlLib16::detail {
 
 using Digits = std::string;
 
-constexpr bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
-}
-
 inline bool IsZero(const Digits& digits) {
   return digits.size() == 1 && digits[0] == 0;
 }
@@ -25,6 +21,10 @@ void Clean(Digits& digits);
 void AppendText(std::string_view text, Digits& digits);
 
 Digits DigitsOf(unsigned long long value);
+/// As many digits always fit a machine word.
+inline constexpr std::size_t kWordDigits = 19;
+/// @param digits  kWordDigits at most.
+unsigned long long WordOf(const Digits& digits);
 /// @param magnitude  finite and not negative. Halves round down. All steps are taken in double
 /// precision, so that from 2^52 on the lowest digits may be wrong.
 Digits DigitsOf(double magnitude);

@@ -24,7 +24,10 @@ struct Bytes {
 };
 
 Bytes NewBytes(unsigned long size) {
-  return {std::unique_ptr<unsigned char[]>(new unsigned char[size]), size};
+  Bytes bytes;
+  bytes.data.reset(new unsigned char[size]);
+  bytes.size = size;
+  return bytes;
 }
 
 /// UTF-16LE with its byte order mark; of each character the low 16 bits.
@@ -34,7 +37,7 @@ Bytes Utf16LittleEndian(const wchar_t* text, std::size_t length) {
   *out++ = 0xFF;
   *out++ = 0xFE;
   for (; length > 0; --length, ++text) {
-    const auto character = static_cast<unsigned long>(*text);
+    const auto character = static_cast<char16_t>(*text);
     *out++ = static_cast<unsigned char>(character & 0xFF);
     *out++ = static_cast<unsigned char>((character >> 8) & 0xFF);
   }

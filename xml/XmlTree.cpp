@@ -17,9 +17,11 @@ class TreeElement final : public CXmlElement {
   TreeElement(const CXmlDocument* document, const CXmlElement* parent, const XmlName* name)
       : CXmlElement(document, parent, name) {}
 
+  // NOLINTBEGIN(misc-new-delete-overloads): nothing to free
   static void* operator new(std::size_t size, XmlTree& tree) { return tree.Allocate(size); }
   static void operator delete(void*, XmlTree&) {}
   static void operator delete(void*) {}
+  // NOLINTEND(misc-new-delete-overloads)
 };
 
 AttributeKind KindOf(std::string_view namespaceUri, std::string_view localName) {

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <type_traits>
 #include <utility>
 
@@ -43,6 +44,7 @@ class ZUXMLLIB16_API CBigInteger {
   CBigInteger(double value);
   /// As Parse.
   CBigInteger(const char* text);
+  explicit CBigInteger(std::string_view text);
   /// The integer part; the fraction is dropped. Explicit, since it may lose digits.
   explicit CBigInteger(const CDecimal& value);
   CBigInteger(const CBigInteger& other) = default;
@@ -59,6 +61,7 @@ class ZUXMLLIB16_API CBigInteger {
   /// @param text  null counts as "".
   /// @throws CZuInvalidValueException  as the constructor of CDecimal; the value is unchanged.
   void Parse(const char* text);
+  void Parse(std::string_view text);
   /// '-' for negative values and the digits, without leading zeros.
   std::string ToString() const;
 
@@ -122,8 +125,6 @@ class ZUXMLLIB16_API CBigInteger {
   int Compare(const CBigInteger& other) const;
   void AddSigned(std::int32_t sign, const Digits& digits);
   void Assign(std::int32_t sign, Digits&& digits);
-  /// The magnitude of at most 19 digits.
-  unsigned long long GetSmallMagnitude() const;
 
   std::int32_t m_sign = 1;  // 1 or -1; always 1 for zero
   Digits m_digits = Digits(1, '\0');

@@ -36,6 +36,7 @@ class ZUXMLLIB16_API CDecimal {
   /// +-kMaxFractionalDigits or more fraction digits than that.
   CDecimal(const char* text);
   CDecimal(const std::string& text);
+  explicit CDecimal(std::string_view text);
   CDecimal(const CBigInteger& value) : m_unscaled(value) {}
 
   /// The digits without leading zeros, at least one before the '.', which stands only before a

@@ -21,6 +21,9 @@ class ZUXMLLIB16_API CNamespaceAliasMap {
   bool DoesNamespaceExist(const char* namespaceUri) const;
   bool DoesAliasExist(const char* alias) const;
 
+  /// Goes over the pairs of namespace and alias, in the order of the URIs.
+  auto begin() const { return m_aliases.begin(); }
+  auto end() const { return m_aliases.end(); }
   int GetNamespaceCount() const { return static_cast<int>(m_aliases.size()); }
   /// @param index  position in the order of the URIs, from 0.
   /// @throws CZuInvalidParamException  "Index %d is out of range, use 0 - %d" (index, count).

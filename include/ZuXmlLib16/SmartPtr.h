@@ -21,12 +21,10 @@ class CSmartPtr {
   CSmartPtr(const CSmartPtr<U>& other) : m_object(other.Get()) {
     Take();
   }
-  CSmartPtr& operator=(const CSmartPtr& other) {
-    CSmartPtr(other).Swap(*this);
-    return *this;
-  }
-  CSmartPtr& operator=(CSmartPtr&& other) noexcept {
-    CSmartPtr(std::move(other)).Swap(*this);
+  template <class U, class = decltype(static_cast<T*>(std::declval<U*>()))>
+  CSmartPtr(CSmartPtr<U>&& other) noexcept : m_object(std::exchange(other.m_object, nullptr)) {}
+  CSmartPtr& operator=(CSmartPtr other) noexcept {
+    Swap(other);
     return *this;
   }
   ~CSmartPtr() {
@@ -41,6 +39,9 @@ class CSmartPtr {
   void Swap(CSmartPtr& other) noexcept { std::swap(m_object, other.m_object); }
 
  private:
+  template <class U>
+  friend class CSmartPtr;
+
   void Take() {
     if (m_object != nullptr) m_object->AddRef();
   }

@@ -202,6 +202,7 @@ inline void CStringBuffer::Append(const char* text, std::size_t length) {
   // A text that fills the block takes the other way, so that memcpy never sees the null of no
   // block.
   if (length < Left()) {
+    // NOLINTNEXTLINE(clang-analyzer-core.NonNullParamChecker): without a block nothing is left
     std::memcpy(m_next, text, length);
     m_next += length;
   } else {

@@ -105,7 +105,8 @@ class ZUXMLLIB16_API CElement : public CXmlObjectBase {
   void RestrictSelf(CTextRef restriction, CTextRef targetNamespace);
   CAttributeCol& Attributes() const;
   CElementCol& Elements() const;
-  void WriteTree(CXmlWriter& writer, const CSerializationContext& context) const;
+  void WriteTree(CXmlWriter& writer, bool isDocumentRoot,
+                 const CSerializationContext& context) const;
   void WriteRaw(CXmlTextWriter& outer) const;
 
   std::string m_text;

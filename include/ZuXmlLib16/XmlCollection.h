@@ -82,6 +82,7 @@ class ZUXMLLIB16_API CXmlCollection : public CXmlCollectionBase {
     CNode* GetNext() const { return m_next; }
     CNode* GetPrevious() const { return m_previous; }
 
+    // NOLINTNEXTLINE(misc-new-delete-overloads): as in CXmlObjectBase
     static void* operator new(std::size_t sizeInBytes) {
       return CXmlObjectBase::operator new(sizeInBytes);
     }

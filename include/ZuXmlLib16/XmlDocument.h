@@ -65,6 +65,7 @@ class DocumentAllocator {
   explicit DocumentAllocator(const DocumentAllocator<U>& other) : m_tree(other.Tree()) {}
 
   T* allocate(std::size_t count) {
+    // NOLINTNEXTLINE(bugprone-sizeof-expression): the items may be pointers
     return static_cast<T*>(AllocateFrom(*m_tree, count * sizeof(T)));
   }
   void deallocate(T*, std::size_t) {}

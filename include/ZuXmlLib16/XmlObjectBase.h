@@ -76,11 +76,14 @@ class ZUXMLLIB16_API CXmlObjectBase : public IEventSink {
   CXmlObjectBase(const CXmlObjectBase&) = delete;
   CXmlObjectBase& operator=(const CXmlObjectBase&) = delete;
 
-  /// Objects come from memory made for many small ones that go together.
+  /// Objects come from memory made for many small ones that go together. The size tells their
+  /// place, hence no delete without it.
+  // NOLINTBEGIN(misc-new-delete-overloads)
   static void* operator new(std::size_t sizeInBytes);
   static void* operator new(std::size_t /*sizeInBytes*/, void* place) noexcept { return place; }
   static void operator delete(void* object, std::size_t sizeInBytes) noexcept;
   static void operator delete(void* /*object*/, void* /*place*/) noexcept {}
+  // NOLINTEND(misc-new-delete-overloads)
 
   // The order of the virtual operations is binary interface.
 

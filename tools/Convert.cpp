@@ -1,0 +1,96 @@
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "ZuXmlLib16/BinaryData.h"
+#include "ZuXmlLib16/SerializationContext.h"
+#include "ZuXmlLib16/SmartPtr.h"
+#include "ZuXmlLib16/Streams.h"
+#include "ZuXmlLib16/UntypedContent.h"
+#include "ZuXmlLib16/XmlDocument.h"
+#include "ZuXmlLib16/Zip.h"
+#include "tools/Commands.h"
+#include "tools/Files.h"
+#include "tools/Input.h"
+
+namespace ZuXmlTool {
+
+using ZuXmlLib16::CBinaryData;
+using ZuXmlLib16::CElement;
+using ZuXmlLib16::CompressionType;
+using ZuXmlLib16::CSerializationContext;
+using ZuXmlLib16::CSmartPtr;
+using ZuXmlLib16::CXmlDocument;
+using ZuXmlLib16::CXmlElement;
+using ZuXmlLib16::CZuZip;
+using ZuXmlLib16::XmlEncoding;
+
+namespace {
+
+/// How many elements hold both child elements and a text that is more than the layout between them.
+/// The text of an element is one piece, so that theirs loses its places.
+std::size_t CountMixedElements(const CXmlElement& root) {
+  std::size_t mixed = 0;
+  std::vector<const CXmlElement*> open = {&root};
+  while (!open.empty()) {
+    const CXmlElement* const element = open.back();
+    open.pop_back();
+    const CXmlElement* child = element->GetFirstElement();
+    const std::string_view text = element->GetTextView();
+    if (child != nullptr && text.find_first_not_of(" \t\r\n") != std::string_view::npos) ++mixed;
+    for (; child != nullptr; child = child->GetNextSiblingElement())
+      open.push_back(child);
+  }
+  return mixed;
+}
+
+CSmartPtr<CElement> Read(const Command& command, const CSerializationContext& context,
+                         Progress& progress) {
+  CXmlDocument document(context);
+  Load(document, command.input, progress);
+  const CXmlElement& source = *document.GetDocumentElement();
+  CSmartPtr<CElement> root(new CElement("document"));
+  root->FromXmlElement(&source, context);
+  if (const std::size_t mixed = CountMixedElements(source); mixed > 0) {
+    progress.Tell("text between child elements moves behind them (in " + std::to_string(mixed) +
+                  " elements)");
+  }
+  return root;
+}
+
+/// The wide encodings are announced by the two bytes that the library puts into files of them.
+CBinaryData WithByteOrderMark(const CBinaryData& document) {
+  constexpr unsigned char kMark[] = {0xFF, 0xFE};
+  CBinaryData marked;
+  marked.Append(kMark, sizeof kMark);
+  marked.Append(document);
+  return marked;
+}
+
+CBinaryData Written(const CElement& root, const Command& command,
+                    const CSerializationContext& context) {
+  CBinaryData document = root.ToXmlStream(command.header, !command.compact, command.encoding,
+                                          command.eol, context, CompressionType::None);
+  if (command.encoding != XmlEncoding::Utf8) document = WithByteOrderMark(document);
+  constexpr bool kMayGrow = true;  // small documents do
+  if (command.compression != CompressionType::None) {
+    CZuZip::CompressData(document, command.compression, kMayGrow);
+  }
+  return document;
+}
+
+}  // namespace
+
+void Convert(const Command& command) {
+  Progress progress(command.input);
+  CSerializationContext context;
+  context.SetIndentChars(command.indent.c_str());
+
+  const CSmartPtr<CElement> root = Read(command, context, progress);
+  const CBinaryData document = Written(*root, command, context);
+  progress.Show("writing", document.GetLength());
+  WriteAll(command.output, document.GetData(), document.GetLength());
+}
+
+}  // namespace ZuXmlTool
