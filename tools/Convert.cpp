@@ -1,4 +1,5 @@
 #include <cstddef>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,6 +22,7 @@ using ZuXmlLib16::CElement;
 using ZuXmlLib16::CompressionType;
 using ZuXmlLib16::CSerializationContext;
 using ZuXmlLib16::CSmartPtr;
+using ZuXmlLib16::CXmlAttribute;
 using ZuXmlLib16::CXmlDocument;
 using ZuXmlLib16::CXmlElement;
 using ZuXmlLib16::CZuZip;
@@ -45,13 +47,61 @@ std::size_t CountMixedElements(const CXmlElement& root) {
   return mixed;
 }
 
-CSmartPtr<CElement> Read(const Command& command, const CSerializationContext& context,
+/// Has the output declare its namespaces on the root, under the prefixes that the input gave them.
+class PrefixKeeper {
+ public:
+  PrefixKeeper(const CXmlDocument& document, CSerializationContext& context)
+      : m_document(document), m_context(context) {}
+
+  void Keep(const CXmlElement& root) {
+    std::vector<const CXmlElement*> open = {&root};
+    while (!open.empty()) {
+      const CXmlElement* const element = open.back();
+      open.pop_back();
+      KeepElement(*element);
+      for (const CXmlElement* child = element->GetFirstElement(); child != nullptr;
+           child = child->GetNextSiblingElement()) {
+        open.push_back(child);
+      }
+    }
+    // Below a default namespace an element without one would be read as in it.
+    const std::string& defaultNamespace = m_document.LookupNamespaceFromAlias("");
+    if (m_isEachElementQualified) m_context.SetDefaultNamespaceURI(defaultNamespace.c_str());
+  }
+
+ private:
+  /// Each look-up walks all prefixes of the document; what is beyond gets prefixes made for it.
+  static constexpr std::size_t kMaxNamespaces = 256;
+
+  void KeepElement(const CXmlElement& element) {
+    if (element.GetNamespaceURI().empty()) m_isEachElementQualified = false;
+    KeepNamespace(element.GetNamespaceURI());
+    for (const CXmlAttribute* attribute : element.GetAttributes()) {
+      KeepNamespace(attribute->GetNamespaceURI());
+    }
+  }
+
+  void KeepNamespace(const std::string& namespaceUri) {
+    if (namespaceUri.empty() || m_met.size() == kMaxNamespaces) return;
+    if (!m_met.insert(namespaceUri).second) return;
+    const std::string& prefix = m_document.LookupAliasFromNamespace(namespaceUri);
+    if (!prefix.empty()) m_context.GetNamespaceAliases().Add(prefix.c_str(), namespaceUri.c_str());
+  }
+
+  const CXmlDocument& m_document;
+  CSerializationContext& m_context;
+  std::set<std::string> m_met;
+  bool m_isEachElementQualified = true;
+};
+
+CSmartPtr<CElement> Read(const Command& command, CSerializationContext& context,
                          Progress& progress) {
   CXmlDocument document(context);
   Load(document, command.input, progress);
   const CXmlElement& source = *document.GetDocumentElement();
   CSmartPtr<CElement> root(new CElement("document"));
   root->FromXmlElement(&source, context);
+  PrefixKeeper(document, context).Keep(source);
   if (const std::size_t mixed = CountMixedElements(source); mixed > 0) {
     progress.Tell("text between child elements moves behind them (in " + std::to_string(mixed) +
                   " elements)");
