@@ -4,6 +4,7 @@
 #include "ZuXmlLib16/PrimitiveRestrictions.h"
 #include "ZuXmlLib16/XmlObjectHelper.h"
 #include "core/Errors.h"
+#include "types/DateTimeFields.h"
 #include "types/VariantAccess.h"
 #include "xml/CharacterSet.h"
 
@@ -12,6 +13,9 @@ namespace {
 
 using detail::Item;
 using detail::ItemValue;
+using detail::kGreater;
+using detail::kIndeterminate;
+using detail::kLess;
 using detail::TextBuffer;
 
 /// A bound as a value of the type it bounds.
@@ -29,11 +33,6 @@ bool IsWithinBounds(const ItemValue<type>& value, const CPrimitiveRestrictions& 
   if (!r.GetMaxExclusive().empty() && value >= Bound<type>(r.GetMaxExclusive())) return false;
   return true;
 }
-
-// Results of CompareTo.
-constexpr int kLess = 1;
-constexpr int kGreater = 2;
-constexpr int kIndeterminate = 3;
 
 /// For dates and durations, whose order is partial. An indeterminate pair is within the bound.
 template <ItemType type>
@@ -175,124 +174,40 @@ void CXmlObjectHelper::CheckRestriction(const char* name, const ZuVariant& value
                                         const CPrimitiveRestrictions& restrictions) {
   const bool isPrimitive = detail::VisitItem(type, [&](auto tag) {
     constexpr ItemType checked = decltype(tag)::value;
-    if constexpr (checked == ItemType::char_) {
-      ThrowUncheckedType(NameOfType(value));
-    } else {
+    if constexpr (detail::kHasFacets<checked>) {
       Item<checked>::Check(name, detail::HeldValue<checked>(value), restrictions);
+    } else {
+      ThrowUncheckedType(NameOfType(value));
     }
   });
   if (!isPrimitive) ThrowUncheckedType(NameOfType(value));
 }
 
-void CXmlObjectHelper::CheckRestrictionForhexBinary(const char* name, const CBinaryData& value,
-                                                    const CPrimitiveRestrictions& restrictions) {
-  CheckBinary<ItemType::hexBinary>(name, value, restrictions);
-}
-
-void CXmlObjectHelper::CheckRestrictionForbase64Binary(const char* name, const CBinaryData& value,
-                                                       const CPrimitiveRestrictions& restrictions) {
-  CheckBinary<ItemType::base64Binary>(name, value, restrictions);
-}
-
-void CXmlObjectHelper::CheckRestrictionFori1(const char* name, char value,
-                                             const CPrimitiveRestrictions& restrictions) {
-  CheckInteger<ItemType::i1>(name, static_cast<signed char>(value), restrictions);
-}
-
-void CXmlObjectHelper::CheckRestrictionFori2(const char* name, short value,
-                                             const CPrimitiveRestrictions& restrictions) {
-  CheckInteger<ItemType::i2>(name, value, restrictions);
-}
-
-void CXmlObjectHelper::CheckRestrictionFori4(const char* name, long value,
-                                             const CPrimitiveRestrictions& restrictions) {
-  CheckInteger<ItemType::i4>(name, value, restrictions);
-}
-
-void CXmlObjectHelper::CheckRestrictionFori8(const char* name, long long value,
-                                             const CPrimitiveRestrictions& restrictions) {
-  CheckLongInteger<ItemType::i8>(name, value, restrictions);
-}
-
-void CXmlObjectHelper::CheckRestrictionForui1(const char* name, unsigned char value,
-                                              const CPrimitiveRestrictions& restrictions) {
-  CheckInteger<ItemType::ui1>(name, value, restrictions);
-}
-
-void CXmlObjectHelper::CheckRestrictionForui2(const char* name, unsigned short value,
-                                              const CPrimitiveRestrictions& restrictions) {
-  CheckInteger<ItemType::ui2>(name, value, restrictions);
-}
-
-void CXmlObjectHelper::CheckRestrictionForui4(const char* name, unsigned long value,
-                                              const CPrimitiveRestrictions& restrictions) {
-  CheckInteger<ItemType::ui4>(name, value, restrictions);
-}
-
-void CXmlObjectHelper::CheckRestrictionForui8(const char* name, unsigned long long value,
-                                              const CPrimitiveRestrictions& restrictions) {
-  CheckLongInteger<ItemType::ui8>(name, value, restrictions);
-}
-
-void CXmlObjectHelper::CheckRestrictionForr4(const char* name, float value,
-                                             const CPrimitiveRestrictions& restrictions) {
-  CheckReal<ItemType::r4>(name, value, restrictions);
-}
-
-void CXmlObjectHelper::CheckRestrictionForr8(const char* name, double value,
-                                             const CPrimitiveRestrictions& restrictions) {
-  CheckReal<ItemType::r8>(name, value, restrictions);
-}
-
-void CXmlObjectHelper::CheckRestrictionForyear(const char* name, unsigned short value,
-                                               const CPrimitiveRestrictions& restrictions) {
-  CheckDatePart<ItemType::year>(name, value, restrictions);
-}
-
-void CXmlObjectHelper::CheckRestrictionFormonth(const char* name, unsigned char value,
-                                                const CPrimitiveRestrictions& restrictions) {
-  CheckDatePart<ItemType::month>(name, value, restrictions);
-}
-
-void CXmlObjectHelper::CheckRestrictionForday(const char* name, unsigned char value,
-                                              const CPrimitiveRestrictions& restrictions) {
-  CheckDatePart<ItemType::day>(name, value, restrictions);
-}
-
-void CXmlObjectHelper::CheckRestrictionForduration(const char* name, const CDateTimeSpan& value,
-                                                   const CPrimitiveRestrictions& restrictions) {
-  CheckPartialOrder<ItemType::duration>(name, value, restrictions);
-}
-
-void CXmlObjectHelper::CheckRestrictionForyearMonth(const char* name, const CDateTime& value,
-                                                    const CPrimitiveRestrictions& restrictions) {
-  CheckRestrictionFormonthYear(name, value, restrictions);
-}
-
-void CXmlObjectHelper::CheckRestrictionFormonthYear(const char* name, const CDateTime& value,
-                                                    const CPrimitiveRestrictions& restrictions) {
-  CheckPartialOrder<ItemType::yearMonth>(name, value, restrictions);
-}
-
-void CXmlObjectHelper::CheckRestrictionFormonthDay(const char* name, const CDateTime& value,
-                                                   const CPrimitiveRestrictions& restrictions) {
-  CheckPartialOrder<ItemType::monthDay>(name, value, restrictions);
-}
-
-void CXmlObjectHelper::CheckRestrictionFordate(const char* name, const CDateTime& value,
-                                               const CPrimitiveRestrictions& restrictions) {
-  CheckPartialOrder<ItemType::date>(name, value, restrictions);
-}
-
-void CXmlObjectHelper::CheckRestrictionFordatetime(const char* name, const CDateTime& value,
-                                                   const CPrimitiveRestrictions& restrictions) {
-  CheckPartialOrder<ItemType::datetime>(name, value, restrictions);
-}
-
-void CXmlObjectHelper::CheckRestrictionFortime(const char* name, const CDateTime& value,
-                                               const CPrimitiveRestrictions& restrictions) {
-  CheckPartialOrder<ItemType::time>(name, value, restrictions);
-}
+// clang-format off
+void CXmlObjectHelper::CheckRestrictionForhexBinary(const char* name, const CBinaryData& value, const CPrimitiveRestrictions& r) { CheckBinary<ItemType::hexBinary>(name, value, r); }
+void CXmlObjectHelper::CheckRestrictionForbase64Binary(const char* name, const CBinaryData& value, const CPrimitiveRestrictions& r) { CheckBinary<ItemType::base64Binary>(name, value, r); }
+void CXmlObjectHelper::CheckRestrictionFori1(const char* name, char value, const CPrimitiveRestrictions& r) { CheckInteger<ItemType::i1>(name, static_cast<signed char>(value), r); }
+void CXmlObjectHelper::CheckRestrictionFori2(const char* name, short value, const CPrimitiveRestrictions& r) { CheckInteger<ItemType::i2>(name, value, r); }
+void CXmlObjectHelper::CheckRestrictionFori4(const char* name, long value, const CPrimitiveRestrictions& r) { CheckInteger<ItemType::i4>(name, value, r); }
+void CXmlObjectHelper::CheckRestrictionFori8(const char* name, long long value, const CPrimitiveRestrictions& r) { CheckLongInteger<ItemType::i8>(name, value, r); }
+void CXmlObjectHelper::CheckRestrictionForui1(const char* name, unsigned char value, const CPrimitiveRestrictions& r) { CheckInteger<ItemType::ui1>(name, value, r); }
+void CXmlObjectHelper::CheckRestrictionForui2(const char* name, unsigned short value, const CPrimitiveRestrictions& r) { CheckInteger<ItemType::ui2>(name, value, r); }
+void CXmlObjectHelper::CheckRestrictionForui4(const char* name, unsigned long value, const CPrimitiveRestrictions& r) { CheckInteger<ItemType::ui4>(name, value, r); }
+void CXmlObjectHelper::CheckRestrictionForui8(const char* name, unsigned long long value, const CPrimitiveRestrictions& r) { CheckLongInteger<ItemType::ui8>(name, value, r); }
+void CXmlObjectHelper::CheckRestrictionForr4(const char* name, float value, const CPrimitiveRestrictions& r) { CheckReal<ItemType::r4>(name, value, r); }
+void CXmlObjectHelper::CheckRestrictionForr8(const char* name, double value, const CPrimitiveRestrictions& r) { CheckReal<ItemType::r8>(name, value, r); }
+void CXmlObjectHelper::CheckRestrictionForyear(const char* name, unsigned short value, const CPrimitiveRestrictions& r) { CheckDatePart<ItemType::year>(name, value, r); }
+void CXmlObjectHelper::CheckRestrictionFormonth(const char* name, unsigned char value, const CPrimitiveRestrictions& r) { CheckDatePart<ItemType::month>(name, value, r); }
+void CXmlObjectHelper::CheckRestrictionForday(const char* name, unsigned char value, const CPrimitiveRestrictions& r) { CheckDatePart<ItemType::day>(name, value, r); }
+void CXmlObjectHelper::CheckRestrictionForduration(const char* name, const CDateTimeSpan& value, const CPrimitiveRestrictions& r) { CheckPartialOrder<ItemType::duration>(name, value, r); }
+void CXmlObjectHelper::CheckRestrictionForyearMonth(const char* name, const CDateTime& value, const CPrimitiveRestrictions& r) { CheckRestrictionFormonthYear(name, value, r); }
+void CXmlObjectHelper::CheckRestrictionFormonthYear(const char* name, const CDateTime& value, const CPrimitiveRestrictions& r) { CheckPartialOrder<ItemType::yearMonth>(name, value, r); }
+void CXmlObjectHelper::CheckRestrictionFormonthDay(const char* name, const CDateTime& value, const CPrimitiveRestrictions& r) { CheckPartialOrder<ItemType::monthDay>(name, value, r); }
+void CXmlObjectHelper::CheckRestrictionFordate(const char* name, const CDateTime& value, const CPrimitiveRestrictions& r) { CheckPartialOrder<ItemType::date>(name, value, r); }
+void CXmlObjectHelper::CheckRestrictionFordatetime(const char* name, const CDateTime& value, const CPrimitiveRestrictions& r) { CheckPartialOrder<ItemType::datetime>(name, value, r); }
+void CXmlObjectHelper::CheckRestrictionFortime(const char* name, const CDateTime& value, const CPrimitiveRestrictions& r) { CheckPartialOrder<ItemType::time>(name, value, r); }
+void CXmlObjectHelper::CheckRestrictionForboolean(const char*, bool, const CPrimitiveRestrictions&) {}
+// clang-format on
 
 void CXmlObjectHelper::CheckRestrictionForstring(const char* name, const std::string& value,
                                                  const CPrimitiveRestrictions& restrictions) {
@@ -307,9 +222,6 @@ void CXmlObjectHelper::CheckRestrictionForstring(const char* name, const std::st
   }
   if (!matches) ThrowInvalidFacetValue(name, value);
 }
-
-void CXmlObjectHelper::CheckRestrictionForboolean(const char*, bool,
-                                                  const CPrimitiveRestrictions&) {}
 
 void CXmlObjectHelper::CheckRestrictionFordecimal(const char* name, const CDecimal& value,
                                                   const CPrimitiveRestrictions& restrictions) {

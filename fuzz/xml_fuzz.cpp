@@ -43,6 +43,11 @@ std::string AsWritten(std::string value) {
   return value;
 }
 
+/// Whether a namespace is written as it is, and not as AsWritten says.
+bool IsKept(const std::string& namespaceUri) {
+  return namespaceUri.find_first_of("\r\t") == std::string::npos;
+}
+
 /// Prepares a tree that was read for the comparison.
 /// @return false when it cannot be compared.
 bool Prepare(CElement& root) {
@@ -51,7 +56,9 @@ bool Prepare(CElement& root) {
     CElement& element = *pending.back();
     pending.pop_back();
     if (element.GetText().rfind(kCDataStart, 0) == 0) return false;
+    if (!IsKept(element.GetNamespace())) return false;
     for (CAttribute* attribute : *element.GetAttributes()) {
+      if (!IsKept(attribute->GetNamespace())) return false;
       attribute->SetValue(AsWritten(attribute->GetValue()).c_str());
     }
     for (CElement* child : *element.GetElements()) {

@@ -73,6 +73,14 @@ CBigInteger::CBigInteger(const char* text) {
   Parse(text);
 }
 
+CBigInteger::CBigInteger(const std::string& text) {
+  Parse(text);
+}
+
+CBigInteger::CBigInteger(std::string_view text) {
+  Parse(text);
+}
+
 CBigInteger::CBigInteger(const CDecimal& value) {
   CDecimal whole(value);
   whole.ChangeFractionalDivider(0);
@@ -94,10 +102,6 @@ CBigInteger& CBigInteger::operator=(CBigInteger&& other) noexcept {
 }
 
 CBigInteger::~CBigInteger() = default;
-
-CBigInteger::CBigInteger(std::string_view text) {
-  Parse(text);
-}
 
 void CBigInteger::Parse(const char* text) {
   Parse(std::string_view(text != nullptr ? text : ""));

@@ -112,13 +112,13 @@ bool DecodeHexBlock(const char* text, unsigned char* out) {
   return true;
 }
 
-Bytes DecodeHex(const char* text, std::size_t length) {
-  if (length % 2 != 0) ThrowOddHexLength();
-  Bytes bytes = NewBytes(length / 2);
+Bytes DecodeHex(std::string_view text) {
+  if (text.size() % 2 != 0) ThrowOddHexLength();
+  Bytes bytes = NewBytes(text.size() / 2);
   std::size_t done = 0;
-  while (length - done >= 32 && DecodeHexBlock(text + done, &bytes[done / 2]))
+  while (text.size() - done >= 32 && DecodeHexBlock(text.data() + done, &bytes[done / 2]))
     done += 32;
-  for (; done < length; done += 2) {
+  for (; done < text.size(); done += 2) {
     const unsigned int high = CheckedHexValue(text[done]);
     bytes[done / 2] = static_cast<unsigned char>(high << 4 | CheckedHexValue(text[done + 1]));
   }
@@ -132,7 +132,7 @@ CDataHolder::CDataHolder(unsigned char* data, unsigned long length, bool takeOwn
   if (takeOwnership) return;
   m_capacity = std::max(RoomyCapacity(length), kSmallestCopy);
   m_data = NewBytes(m_capacity);
-  if (length != 0) std::memcpy(m_data.get(), data, length);
+  std::copy_n(data, length, m_data.get());
 }
 
 void CDataHolder::AddRef() {
@@ -180,7 +180,7 @@ std::unique_ptr<unsigned char[]> CDataHolder::Grow(std::uint64_t added) {
   if (added > std::numeric_limits<std::uint64_t>::max() - m_length) throw std::bad_alloc();
   const std::uint64_t capacity = RoomyCapacity(m_length + added);
   Bytes grown = NewBytes(capacity);
-  std::memcpy(grown.get(), m_data.get(), m_length);
+  std::copy_n(m_data.get(), m_length, grown.get());
   m_capacity = capacity;
   return std::exchange(m_data, std::move(grown));
 }
@@ -296,16 +296,19 @@ std::string CBinaryData::GetAsHexString(const unsigned char* data, unsigned long
 }
 
 void CBinaryData::SetAsHexString(const char* text) {
+  SetAsHexString(std::string_view(text, LengthOf(text)));
+}
+
+void CBinaryData::SetAsHexString(std::string_view text) {
   const CBinaryData old(std::move(*this));  // the text may lie in it
-  const std::size_t length = LengthOf(text);
-  m_holder = HolderOf(DecodeHex(text, length), length / 2);
+  m_holder = HolderOf(DecodeHex(text), text.size() / 2);
 }
 
 unsigned long CBinaryData::ConvertToHexData(const char* text, unsigned char** out) {
   *out = nullptr;
-  const std::size_t length = LengthOf(text);
-  *out = DecodeHex(text, length).release();
-  return length / 2;
+  const std::string_view digits(text, LengthOf(text));
+  *out = DecodeHex(digits).release();
+  return digits.size() / 2;
 }
 
 std::string CBinaryData::GetAsBase64() const {
@@ -313,11 +316,14 @@ std::string CBinaryData::GetAsBase64() const {
 }
 
 void CBinaryData::SetAsBase64(const char* text) {
+  SetAsBase64(std::string_view(text, LengthOf(text)));
+}
+
+void CBinaryData::SetAsBase64(std::string_view text) {
   const CBinaryData old(std::move(*this));  // the text may lie in it
-  const std::size_t length = LengthOf(text);
-  if (length == 0) return;
-  Bytes bytes = NewBytes(length / 4 * 3 + 3);
-  const std::size_t decoded = detail::DecodeBase64(text, length, bytes.get());
+  if (text.empty()) return;
+  Bytes bytes = NewBytes(text.size() / 4 * 3 + 3);
+  const std::size_t decoded = detail::DecodeBase64(text.data(), text.size(), bytes.get());
   m_holder = HolderOf(std::move(bytes), decoded);
 }
 

@@ -351,7 +351,7 @@ std::string_view FormatBigInteger(const CBigInteger& value, TextBuffer& buffer) 
 
 CBinaryData ParseHexBinary(std::string_view text, WhitespaceRule rule) {
   CBinaryData value;
-  value.SetAsHexString(std::string(NormalizedText(text, rule).View()).c_str());
+  value.SetAsHexString(NormalizedText(text, rule).UpToNul());
   return value;
 }
 
@@ -361,7 +361,7 @@ std::string_view FormatHexBinary(const CBinaryData& value, TextBuffer& buffer) {
 
 CBinaryData ParseBase64Binary(std::string_view text, WhitespaceRule rule) {
   CBinaryData value;
-  value.SetAsBase64(std::string(NormalizedText(text, rule).View()).c_str());
+  value.SetAsBase64(NormalizedText(text, rule).UpToNul());
   return value;
 }
 

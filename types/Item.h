@@ -11,8 +11,8 @@
 
 namespace ZuXmlLib16::detail {
 
-/// A row holds the type's code, how its text is read and written, and its facet check, which char
-/// does not have.
+/// A row holds the type's code, how its text is read and written, how it is written in a format of
+/// the caller where it takes one, and its facet check, which char does not have.
 template <ItemType type>
 struct Item;
 
@@ -183,6 +183,16 @@ template <> struct Item<ItemType::integer> {
   static constexpr auto Check = CXmlObjectHelper::CheckRestrictionForinteger;
 };
 // clang-format on
+
+template <ItemType type, class = void>
+inline constexpr bool kTakesFormat = false;
+template <ItemType type>
+inline constexpr bool kTakesFormat<type, std::void_t<decltype(Item<type>::FormatAs)>> = true;
+
+template <ItemType type, class = void>
+inline constexpr bool kHasFacets = false;
+template <ItemType type>
+inline constexpr bool kHasFacets<type, std::void_t<decltype(Item<type>::Check)>> = true;
 
 /// Calls visit with the ItemTag of a primitive type.
 /// @return false, without a call, for other types.

@@ -18,10 +18,6 @@ using detail::VisitItem;
 
 namespace {
 
-constexpr bool TakesFormat(ItemType type) {
-  return type == ItemType::r4 || type == ItemType::r8 || type == ItemType::decimal;
-}
-
 CWhitespaceUtils::WhitespaceRule UsualRule(ItemType type) {
   return type == ItemType::string || type == ItemType::char_
              ? CWhitespaceUtils::WhitespaceRule::None
@@ -150,7 +146,8 @@ void ZuVariant::SetTime(const CDateTime& value) { Store<ItemType::time>(value); 
 void ZuVariant::SetChar(char value) { Store<ItemType::char_>(value); }
 void ZuVariant::SetBoolean(bool value) { Store<ItemType::boolean>(value); }
 void ZuVariant::SetDecimal(const CDecimal& value) { Store<ItemType::decimal>(value); }
-void ZuVariant::SetInteger(const CBigInteger& value) { Store<ItemType::integer>(value); }  // clang-format on
+void ZuVariant::SetInteger(const CBigInteger& value) { Store<ItemType::integer>(value); }
+// clang-format on
 
 void ZuVariant::SetI1(char value) {
   Store<ItemType::i1>(value);
@@ -243,7 +240,7 @@ std::string_view detail::VariantText(const ZuVariant& variant, const char* forma
   std::string_view text;
   const bool isPrimitive = VisitItem(variant.GetItemType(), [&](auto tag) {
     constexpr ItemType type = decltype(tag)::value;
-    if constexpr (TakesFormat(type)) {
+    if constexpr (kTakesFormat<type>) {
       text = Item<type>::FormatAs(HeldValue<type>(variant), format, buffer);
     } else {
       text = Item<type>::Format(HeldValue<type>(variant), buffer);

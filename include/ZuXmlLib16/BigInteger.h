@@ -44,6 +44,7 @@ class ZUXMLLIB16_API CBigInteger {
   CBigInteger(double value);
   /// As Parse.
   CBigInteger(const char* text);
+  CBigInteger(const std::string& text);
   explicit CBigInteger(std::string_view text);
   /// The integer part; the fraction is dropped. Explicit, since it may lose digits.
   explicit CBigInteger(const CDecimal& value);

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "ZuXmlLib16/CriticalSection.h"
 #include "ZuXmlLib16/Export.h"
@@ -104,6 +105,7 @@ class ZUXMLLIB16_API CBinaryData {
   /// @throws CZuException  odd length or a character that is no hexadecimal digit; the value is
   /// then empty.
   void SetAsHexString(const char* text);
+  void SetAsHexString(std::string_view text);
   /// Decodes hexadecimal digits of either case.
   /// @param out  receives a new array, made by `new[]` and owned by the caller; null on failure.
   /// @return the number of bytes.
@@ -113,6 +115,7 @@ class ZUXMLLIB16_API CBinaryData {
   std::string GetAsBase64() const;
   /// Never fails: characters outside the alphabet are skipped, left-over bits dropped.
   void SetAsBase64(const char* text);
+  void SetAsBase64(std::string_view text);
 
   /// Hands the bytes over and leaves the value empty; ask for the length first.
   /// @return an array that the caller frees with `delete[]`, or null when empty.

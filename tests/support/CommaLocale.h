@@ -21,9 +21,11 @@ class CommaLocale {
                                 m_directory + "/comma >" + m_directory + "/log 2>&1";
     // It complains of the categories that are missing and fails, with the numbers in place.
     [[maybe_unused]] const int status = std::system(command.c_str());
+    const char* const path = std::getenv("LOCPATH");
+    const std::string previous = path != nullptr ? path : "";
     setenv("LOCPATH", m_directory.c_str(), 1);
     m_isAvailable = std::setlocale(LC_NUMERIC, "comma") != nullptr;
-    unsetenv("LOCPATH");
+    previous.empty() ? unsetenv("LOCPATH") : setenv("LOCPATH", previous.c_str(), 1);
   }
   CommaLocale(const CommaLocale&) = delete;
   CommaLocale& operator=(const CommaLocale&) = delete;

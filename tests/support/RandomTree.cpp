@@ -156,4 +156,10 @@ std::string Outline(const CElement& root) {
   return outline;
 }
 
+std::string Outline(const CXmlDocument& document) {
+  CElement root("");
+  root.CopyXmlElement(document.GetDocumentElement());
+  return Outline(root);
+}
+
 }  // namespace ZuXmlLib16

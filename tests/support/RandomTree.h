@@ -6,6 +6,7 @@
 
 #include "ZuXmlLib16/SmartPtr.h"
 #include "ZuXmlLib16/UntypedContent.h"
+#include "ZuXmlLib16/XmlDocument.h"
 
 namespace ZuXmlLib16 {
 
@@ -39,5 +40,7 @@ class RandomTree {
 
 /// A tree as text, to be compared: a line for each element, attribute and text.
 std::string Outline(const CElement& root);
+/// The same for the document's tree, without its layout.
+std::string Outline(const CXmlDocument& document);
 
 }  // namespace ZuXmlLib16

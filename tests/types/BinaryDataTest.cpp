@@ -278,6 +278,10 @@ TEST(BinaryDataHolder, RefusesToChangeOrDetachWhileShared) {
   EXPECT_EQ(holder->GetExclusiveCopy(), holder);
   EXPECT_THROW(holder->Append(&byte, ULONG_MAX), std::bad_alloc);
   holder->Release(false);
+  auto* const empty = new CBinaryData::CDataHolder(nullptr, 0, true);
+  empty->Append(&byte, 1);
+  EXPECT_EQ(empty->GetData()[0], 2);
+  empty->Release(false);
 }
 
 TEST(BinaryData, IsSharedAcrossThreads) {

@@ -4,15 +4,16 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <functional>
 #include <limits>
 #include <random>
-#include <vector>
+#include <string>
 
 #include "ZuXmlLib16/Conversions.h"
 #include "ZuXmlLib16/Exceptions.h"
+#include "ZuXmlLib16/PrimitiveRestrictions.h"
 #include "support/CommaLocale.h"
 #include "support/ErrorMatch.h"
+#include "support/RandomValues.h"
 #include "types/Item.h"
 
 namespace ZuXmlLib16 {
@@ -92,14 +93,11 @@ TEST(Conversions, ReadAndWriteLexicalForms) {
       {Rewritten<ItemType::day>, "---07+01:00", "---07"},
       {Rewritten<ItemType::day>, "--02-29", "---29"},
       {Rewritten<ItemType::date>, "2018", "2018"},
-      {Rewritten<ItemType::date>, " 2018-05-07 ", "2018-05-07"},
-      {Rewritten<ItemType::datetime>, "2018-05-07T01:02:03.5Z", "2018-05-07T01:02:03.5Z"},
-      {Rewritten<ItemType::time>, "01:02:03", "01:02:03"},
-      {Rewritten<ItemType::duration>, "P1Y2M", "P1Y2M"},
-      {Rewritten<ItemType::decimal>, "-010.50", "-10.50"},
-      {Rewritten<ItemType::integer>, "0012", "12"},
-      {Rewritten<ItemType::hexBinary>, "0aFF", "0AFF"},
-      {Rewritten<ItemType::base64Binary>, "AAEC", "AAEC"},
+      {Rewritten<ItemType::datetime>, " 2018-05-07T01:02:03.5Z\n", "2018-05-07T01:02:03.5Z"},
+      {Rewritten<ItemType::integer>, " 0012 ", "12"},
+      {Rewritten<ItemType::integer>, "12\0x"s, "12"},
+      {Rewritten<ItemType::hexBinary>, " 0aFF\0x"s, "0AFF"},
+      {Rewritten<ItemType::base64Binary>, "AAEC\0AAEC"s, "AAEC"},
   };
   for (const TextCase& c : cases) {
     EXPECT_EQ(c.rewrite(c.text, Rule::Collapse), c.written) << c.text;
@@ -186,62 +184,65 @@ TEST(Conversions, FormatsOfTheCaller) {
   EXPECT_EQ(CConversions::decimalToString(CDecimal("2.345"), "-1"), "2.345");
 }
 
-/// Texts of a type's values survive being read and written.
-template <ItemType type, class Random>
-void ExpectRoundTrips(Random random) {
-  for (int i = 0; i < 2000; ++i) {
-    TextBuffer buffer;
-    const std::string text(Item<type>::Format(random(), buffer));
-    ASSERT_EQ(Rewritten<type>(text, Rule::Collapse), text) << Item<type>::kCode;
-  }
+template <ItemType type>
+std::string Written(const ItemValue<type>& value) {
+  TextBuffer buffer;
+  return std::string(Item<type>::Format(value, buffer));
 }
 
-TEST(Conversions, TextsRoundTrip) {
-  constexpr unsigned kSeed = 5701;
-  SCOPED_TRACE("seed " + std::to_string(kSeed));
-  std::mt19937_64 random(kSeed);
-  const auto bits = [&random] { return random() >> (random() % 64); };
-  const auto below = [&random](std::uint64_t limit) { return random() % limit; };
-  const auto date = [&below](CDateTime::DTType target) {
-    CDateTime value(static_cast<short>(below(9999) + 1), static_cast<unsigned char>(below(12) + 1),
-                    static_cast<unsigned char>(below(28) + 1),
-                    static_cast<unsigned char>(below(24)), static_cast<unsigned char>(below(60)),
-                    static_cast<unsigned char>(below(60)));
-    CDateTime converted;
-    converted.SetDateTime(value, target);
-    return converted;
-  };
-  const auto bytes = [&] { return CBinaryData(std::to_string(bits()).c_str()); };
-  using DT = CDateTime::DTType;
-  ExpectRoundTrips<ItemType::i1>([&] { return static_cast<signed char>(bits()); });
-  ExpectRoundTrips<ItemType::i2>([&] { return static_cast<short>(bits()); });
-  ExpectRoundTrips<ItemType::i4>([&] { return static_cast<long>(bits()); });
-  ExpectRoundTrips<ItemType::i8>([&] { return -static_cast<long long>(bits() >> 1); });
-  ExpectRoundTrips<ItemType::ui1>([&] { return static_cast<unsigned char>(bits()); });
-  ExpectRoundTrips<ItemType::ui2>([&] { return static_cast<unsigned short>(bits()); });
-  ExpectRoundTrips<ItemType::ui4>([&] { return static_cast<unsigned long>(bits()); });
-  ExpectRoundTrips<ItemType::ui8>([&] { return static_cast<unsigned long long>(bits()); });
-  ExpectRoundTrips<ItemType::r4>(
-      [&] { return std::ldexp(float(below(1 << 24)), int(below(60)) - 40); });
-  ExpectRoundTrips<ItemType::year>([&] { return static_cast<unsigned short>(below(9000) + 1000); });
-  ExpectRoundTrips<ItemType::month>([&] { return static_cast<unsigned char>(below(12) + 1); });
-  ExpectRoundTrips<ItemType::day>([&] { return static_cast<unsigned char>(below(31) + 1); });
-  ExpectRoundTrips<ItemType::datetime>([&] { return date(DT::dt_dateTime); });
-  ExpectRoundTrips<ItemType::date>([&] { return date(DT::dt_date); });
-  ExpectRoundTrips<ItemType::time>([&] { return date(DT::dt_time); });
-  ExpectRoundTrips<ItemType::yearMonth>([&] { return date(DT::dt_gYearMonth); });
-  ExpectRoundTrips<ItemType::monthDay>([&] { return date(DT::dt_gMonthDay); });
-  ExpectRoundTrips<ItemType::duration>(
-      [&] { return CDateTimeSpan(below(9) + 1, below(99), below(100)); });
-  ExpectRoundTrips<ItemType::char_>([&] { return static_cast<char>(below(94) + 33); });
-  ExpectRoundTrips<ItemType::string>([&] { return std::to_string(bits()); });
-  ExpectRoundTrips<ItemType::boolean>([&] { return below(2) == 0; });
-  ExpectRoundTrips<ItemType::decimal>(
-      [&] { return CDecimal(std::to_string(bits()) + "." + std::to_string(bits())); });
-  ExpectRoundTrips<ItemType::integer>(
-      [&] { return CBigInteger((std::to_string(bits()) + std::to_string(bits())).c_str()); });
-  ExpectRoundTrips<ItemType::hexBinary>(bytes);
-  ExpectRoundTrips<ItemType::base64Binary>(bytes);
+// Reals are written with fewer digits than they have; the random ones here need no more.
+TEST(Conversions, TextsReadBackAsTheValueTheyShow) {
+  RandomValues random(5701);
+  ForEachItemType([&random](auto tag) {
+    constexpr ItemType type = decltype(tag)::value;
+    constexpr bool isText = type == ItemType::string || type == ItemType::char_;
+    for (int i = 0; i < 2000; ++i) {
+      const ItemValue<type> value = random.Next<type>();
+      const std::string text = Written<type>(value);
+      const auto again = Item<type>::Parse(text, isText ? Rule::None : Rule::Collapse);
+      ASSERT_TRUE(again == value) << Item<type>::kCode << " " << text;
+      ASSERT_EQ(Written<type>(again), text) << Item<type>::kCode;
+    }
+  });
+}
+
+template <ItemType type>
+void ExpectUnreadable(const ItemValue<type>& value, const char* text) {
+  EXPECT_EQ(Written<type>(value), text);
+  EXPECT_THROW(Item<type>::Parse(text, Rule::Collapse), CZuInvalidValueException) << text;
+}
+
+// All values whose text does not read back as the value. Meant so: both halves are promised.
+TEST(Conversions, TextsOfTheseValuesDoNotRoundTrip) {
+  EXPECT_EQ(Rewritten<ItemType::r8>("0.30000000000000004", Rule::None), "0.3");
+  EXPECT_EQ(Written<ItemType::r8>(std::numeric_limits<double>::max()), "1.797693134862316e+308");
+  EXPECT_EQ(Rewritten<ItemType::r8>("1.797693134862316e+308", Rule::None), "INF");
+  EXPECT_EQ(Written<ItemType::r4>(16777215.0F), "1.677722e+07");
+  ExpectUnreadable<ItemType::year>(999, "999");
+  ExpectUnreadable<ItemType::year>(65535, "65535");
+  ExpectUnreadable<ItemType::month>(0, "--00");
+  ExpectUnreadable<ItemType::month>(255, "--255");
+  ExpectUnreadable<ItemType::day>(32, "---32");
+  ExpectUnreadable<ItemType::char_>('\0', "");
+  ExpectUnreadable<ItemType::duration>(CDateTimeSpan(), "P");
+  ExpectUnreadable<ItemType::date>(CDateTime(), "Error: Date Not Set");
+  CDateTime year(9999, 12, 31);
+  year += CDateTimeSpan(24, 0, 0);
+  ExpectUnreadable<ItemType::date>(year, "10000-01-01");
+}
+
+// Megabytes of digits and blanks end in a value or an error, soon.
+TEST(Conversions, HostileTextsEnd) {
+  const std::string nines(1'000'000, '9');
+  const std::string zeros(1'000'000, '0');
+  EXPECT_EQ(Rewritten<ItemType::i8>(zeros + "7", Rule::Collapse), "7");
+  EXPECT_THROW(CConversions::ui1FromString(nines, Rule::Collapse), CZuInvalidValueException);
+  EXPECT_EQ(Rewritten<ItemType::r8>("0." + nines, Rule::Collapse), "1");
+  EXPECT_EQ(Rewritten<ItemType::r8>("+" + nines + "e-1000000", Rule::Collapse), "1");
+  EXPECT_EQ(Rewritten<ItemType::r8>("0." + zeros + "1e1000001", Rule::Collapse), "1");
+  EXPECT_EQ(Rewritten<ItemType::string>(std::string(1'000'000, ' ') + "x", Rule::Collapse), "x");
+  EXPECT_THROW(CConversions::decimalFromString("1e" + nines, Rule::Collapse),
+               CZuInvalidValueException);
 }
 
 TEST(Conversions, RealsAgreeWithTheCLibrary) {
@@ -280,6 +281,10 @@ TEST(Conversions, NumbersIgnoreTheLocale) {
   EXPECT_EQ(CConversions::r8FromString("+1.5", Rule::None), 1.5);
   EXPECT_THROW(CConversions::r8FromString("1,5", Rule::None), CZuInvalidValueException);
   EXPECT_EQ(CConversions::decimalToString(CDecimal("1.5"), "2"), "1.50");
+  EXPECT_EQ(static_cast<double>(CDecimal("1.5")), 1.5);
+  const CPrimitiveRestrictions facets("", -1, -1, "", "1.25", "", "", -1, -1, -1);
+  EXPECT_ZU_ERROR(CZuException, CXmlObjectHelper::CheckRestrictionForr8("n", 1.5, facets),
+                  "Invalid Value for n [1.500000]", "");
   std::snprintf(text, sizeof text, "%.1f", 1.5);
   EXPECT_STREQ(text, "1,5");  // put back after every conversion
 }

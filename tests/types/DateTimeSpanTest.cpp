@@ -161,6 +161,31 @@ TEST(DurationOrder, NeedsAgreementOfAllReferenceDates) {
   }
 }
 
+TEST(DurationOrder, IsAntisymmetricAndTransitive) {
+  constexpr unsigned kSeed = 20240302;
+  SCOPED_TRACE(kSeed);
+  std::mt19937 random(kSeed);
+  const auto make = [&random] {
+    CDateTimeSpan span(static_cast<unsigned short>(random() % 2), random() % 4, random() % 99,
+                       random() % 48, 0, 0);
+    if (random() % 3 == 0) span.Negate();
+    return span;
+  };
+  int chains = 0;
+  for (int i = 0; i < 10000; ++i) {
+    const CDateTimeSpan a = make();
+    const CDateTimeSpan b = make();
+    const CDateTimeSpan c = make();
+    SCOPED_TRACE(a.ToString() + " " + b.ToString() + " " + c.ToString());
+    ASSERT_EQ((a < b), (b > a));
+    ASSERT_EQ((a == b), (b == a));
+    if (!(a < b && b < c)) continue;
+    ASSERT_TRUE(a < c);
+    ++chains;
+  }
+  EXPECT_GT(chains, 500);
+}
+
 TEST(DurationSign, IsOneForTheWholeValue) {
   CDateTimeSpan span = Parsed("-P1D");
   EXPECT_TRUE(span.GetAsNegative().IsNegative());

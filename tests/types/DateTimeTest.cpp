@@ -1,11 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <climits>
-#include <cstdlib>
-#include <ctime>
 #include <random>
 #include <string>
-#include <vector>
 
 #include "ZuXmlLib16/DateTime.h"
 #include "support/ErrorMatch.h"
@@ -15,12 +12,6 @@ namespace {
 
 using DT = CDateTime::DTType;
 
-constexpr int kEqual = 0;
-constexpr int kLess = 1;
-constexpr int kGreater = 2;
-constexpr int kIndeterminate = 3;
-constexpr unsigned kSeed = 20240229;
-
 constexpr DT kTypes[] = {DT::dt_dateTime, DT::dt_date, DT::dt_gYearMonth, DT::dt_gYear,
                          DT::dt_time,     DT::dt_gDay, DT::dt_gMonth,     DT::dt_gMonthDay};
 
@@ -28,12 +19,6 @@ using Parser = void (CDateTime::*)(const char*);
 constexpr Parser kDateTime = &CDateTime::ParseXSDDateTime;
 constexpr Parser kDate = &CDateTime::ParseXSDDate;
 constexpr Parser kTime = &CDateTime::ParseXSDTime;
-
-CDateTimeSpan Span(const char* text) {
-  CDateTimeSpan span;
-  span.ParseXSDDuration(text);
-  return span;
-}
 
 TEST(DateTimeText, ReadsEveryFormAndWritesItBack) {
   const struct {
@@ -179,8 +164,9 @@ TEST(DateTimeText, PrintsWhatIsNotSetAndOnlyKnownFormats) {
 }
 
 TEST(DateTimeText, RandomValuesRoundTrip) {
-  std::mt19937 random(kSeed);
+  constexpr unsigned kSeed = 20240228;
   SCOPED_TRACE(kSeed);
+  std::mt19937 random(kSeed);
   const auto below = [&random](unsigned limit) { return static_cast<int>(random() % limit); };
   for (int i = 0; i < 20000; ++i) {
     const int fraction[] = {0, below(10) * 100, below(1000)};
@@ -199,7 +185,7 @@ TEST(DateTimeText, RandomValuesRoundTrip) {
     const CDateTime again(text.c_str());
     ASSERT_EQ(again.ToString(), text);
     ASSERT_EQ(again.GetType(), part.GetType()) << text;
-    ASSERT_EQ(again.CompareTo(part), kEqual) << text;
+    ASSERT_EQ(again, part) << text;
     ASSERT_EQ(again.HasTimeZone(), part.HasTimeZone()) << text;
   }
 }
@@ -211,27 +197,32 @@ struct FieldCase {
   const char* types;  // the numbers of the types that carry the field
 };
 
+template <auto getter>
+void Get(const CDateTime& date) {
+  (date.*getter)();
+}
+
+template <auto setter>
+void SetOne(CDateTime& date) {
+  (date.*setter)(1);
+}
+
+// clang-format off
 const FieldCase kFields[] = {
-    {"GetYear", [](const CDateTime& d) { d.GetYear(); }, [](CDateTime& d) { d.SetYear(1); },
-     "1234"},
-    {"GetMonth", [](const CDateTime& d) { d.GetMonth(); }, [](CDateTime& d) { d.SetMonth(1); },
-     "12378"},
-    {"GetDay", [](const CDateTime& d) { d.GetDay(); }, [](CDateTime& d) { d.SetDay(1); }, "1268"},
-    {"GetHour", [](const CDateTime& d) { d.GetHour(); }, [](CDateTime& d) { d.SetHour(1); }, "15"},
-    {"GetMinute", [](const CDateTime& d) { d.GetMinute(); }, [](CDateTime& d) { d.SetMinute(1); },
-     "15"},
-    {"GetSecond", [](const CDateTime& d) { d.GetSecond(); }, [](CDateTime& d) { d.SetSecond(1); },
-     "15"},
-    {"GetMilliSecond", [](const CDateTime& d) { d.GetMilliSecond(); },
-     [](CDateTime& d) { d.SetMilliSecond(1); }, "15"},
-    {"GetMicroSecond", [](const CDateTime& d) { d.GetMicroSecond(); },
-     [](CDateTime& d) { d.SetMicroSecond(1); }, "15"},
-    {"GetNanoSecond", [](const CDateTime& d) { d.GetNanoSecond(); },
-     [](CDateTime& d) { d.SetNanoSecond(1); }, "15"},
-    {"GetRealSecond", [](const CDateTime& d) { d.GetRealSecond(); }, nullptr, "15"},
-    {"GetDayOfYear", [](const CDateTime& d) { d.GetDayOfYear(); }, nullptr, "12"},
-    {"GetDayOfWeek", [](const CDateTime& d) { d.GetDayOfWeek(); }, nullptr, "12"},
+    {"GetYear",        Get<&CDateTime::GetYear>,        SetOne<&CDateTime::SetYear>,        "1234"},
+    {"GetMonth",       Get<&CDateTime::GetMonth>,       SetOne<&CDateTime::SetMonth>,       "12378"},
+    {"GetDay",         Get<&CDateTime::GetDay>,         SetOne<&CDateTime::SetDay>,         "1268"},
+    {"GetHour",        Get<&CDateTime::GetHour>,        SetOne<&CDateTime::SetHour>,        "15"},
+    {"GetMinute",      Get<&CDateTime::GetMinute>,      SetOne<&CDateTime::SetMinute>,      "15"},
+    {"GetSecond",      Get<&CDateTime::GetSecond>,      SetOne<&CDateTime::SetSecond>,      "15"},
+    {"GetMilliSecond", Get<&CDateTime::GetMilliSecond>, SetOne<&CDateTime::SetMilliSecond>, "15"},
+    {"GetMicroSecond", Get<&CDateTime::GetMicroSecond>, SetOne<&CDateTime::SetMicroSecond>, "15"},
+    {"GetNanoSecond",  Get<&CDateTime::GetNanoSecond>,  SetOne<&CDateTime::SetNanoSecond>,  "15"},
+    {"GetRealSecond",  Get<&CDateTime::GetRealSecond>,  nullptr,                            "15"},
+    {"GetDayOfYear",   Get<&CDateTime::GetDayOfYear>,   nullptr,                            "12"},
+    {"GetDayOfWeek",   Get<&CDateTime::GetDayOfWeek>,   nullptr,                            "12"},
 };
+// clang-format on
 
 TEST(DateTimeFields, AreRefusedByTypesWithoutThem) {
   const CDateTime full(2018, 5, 7, 12, 30, 45);
@@ -360,309 +351,17 @@ TEST(DateTimeFields, ConvertToTypesTheSourceCovers) {
 }
 
 TEST(DateTimeZone, IsAnOffsetOrZ) {
-  CDateTime value(2018, 5, 7);
-  EXPECT_FALSE(value.IsUTC());
-  value.SetTimeZone(-5, 30);
+  CDateTime value("2018-05-07-05:30");
   EXPECT_TRUE(value.IsUTC() && value.HasTimeZone());
   EXPECT_EQ(value.GetZoneHour(), -5);
   EXPECT_EQ(value.GetZoneMinute(), 30);
   value.SetUTC();
   EXPECT_TRUE(value.IsUTC() && !value.HasTimeZone());
   EXPECT_ZU_ERROR(CZuInvalidStateException, value.GetZoneHour(), "TimeZone is not been used", "");
-  EXPECT_ZU_ERROR(CZuInvalidValueException, value.SetTimeZone(24, 0), "Invalid TimeZone [24:0]",
+  CDateTime local(2018, 5, 7);
+  EXPECT_ZU_ERROR(CZuInvalidValueException, local.SetTimeZone(24, 0), "Invalid TimeZone [24:0]",
                   "");
-}
-
-TEST(DateTimeZone, IsAppliedByNormalising) {
-  const char* const cases[][2] = {
-      {"2018-05-07T12:30:00+05:30", "2018-05-07T07:00:00+00:00"},
-      {"2018-12-31T23:00:00-05:30", "2019-01-01T04:30:00+00:00"},
-      {"2018-05-07T12:30:00-00:30", "2018-05-07T12:00:00+00:00"},  // read as +00:30
-      {"2018-05-07T12:30:00Z", "2018-05-07T12:30:00Z"},
-      {"2018-05-07T12:30:00", "2018-05-07T12:30:00"},
-      {"2018-05-07+05:00", "2018-05-06+00:00"},
-      {"02:00:00+05:00", "21:00:00+00:00"},
-      {"-0001-12-31T23:00:00-02:00", "0000-01-01T01:00:00+00:00"},  // a year 0 is not repaired
-  };
-  for (const auto& c : cases) {
-    EXPECT_EQ(CDateTime(c[0]).GetNormalized().ToString(), c[1]) << c[0];
-  }
-}
-
-TEST(DateTimeArithmetic, AddsAsAppendixESays) {
-  const char* const cases[][3] = {
-      {"2000-01-12T12:13:14Z", "P1Y3M5DT7H10M3.3S", "2001-04-17T19:23:17.3Z"},
-      {"2000-01", "-P3M", "1999-10"},
-      {"2000-01-12-05:00", "PT33H", "2000-01-13-05:00"},
-      {"2000-01-31", "P1M", "2000-02-29"},
-      {"2001-03-31", "-P1M", "2001-02-28"},
-      {"2000-02-29", "P1Y", "2001-02-28"},
-      {"2000-02-29", "P4Y", "2004-02-29"},
-      {"1999-12-31", "P1D", "2000-01-01"},
-      {"2000-03-01", "-P1D", "2000-02-29"},
-      {"1900-02-28", "P1D", "1900-03-01"},
-      {"2018-05-07", "P292194D", "2818-05-07"},  // two cycles of 400 years
-      {"-0001-12-31", "P1D", "0000-01-01"},      // there is a year 0 in sums
-      {"0400-01-01", "-P146098D", "-0001-12-31"},
-      {"12:00:00", "-PT0.5S", "11:59:59.5"},
-      {"12:00:00", "-PT0.000000001S", "11:59:59.999999999"},
-      {"23:59:59.9999", "PT0.0001S", "00:00:00"},
-      {"--02-28", "P1D", "--02-29"},
-      {"--02-29", "P1Y", "--02-28"},
-      {"--12-31", "P1D", "--01-01"},
-      {"--12", "P1M", "--01"},
-      {"---31", "P1D", "---01"},
-      {"---01", "-P1D", "---31"},
-      {"2018", "P11M", "2018"},
-      {"2018", "P12M", "2019"},
-  };
-  for (const auto& c : cases) {
-    EXPECT_EQ((CDateTime(c[0]) + Span(c[1])).ToString(), c[2]) << c[0] << " + " << c[1];
-    CDateTimeSpan negated = Span(c[1]);
-    negated.Negate();
-    EXPECT_EQ((CDateTime(c[0]) - negated).ToString(), c[2]) << c[0] << " - -" << c[1];
-  }
-  const CDateTime date("2000-03-30");
-  EXPECT_EQ((date + Span("P1D") + Span("P1M")).ToString(), "2000-04-30");
-  EXPECT_EQ((date + Span("P1M") + Span("P1D")).ToString(), "2000-05-01");
-  EXPECT_EQ((date + Span("PT12H") + Span("PT12H")).ToString(), "2000-03-31");
-  EXPECT_EQ((date - CDateTime("1999-01-01")).ToString(), "P");  // never computed
-}
-
-TEST(DateTimeArithmetic, AgreesWithTheCLibrary) {
-  std::mt19937_64 random(kSeed);
-  SCOPED_TRACE(kSeed);
-  const auto below = [&random](unsigned long limit) { return static_cast<long>(random() % limit); };
-  for (int i = 0; i < 20000; ++i) {
-    const auto at = [](std::time_t moment) {
-      std::tm tm = {};
-      gmtime_r(&moment, &tm);
-      return CDateTime(
-          static_cast<short>(tm.tm_year + 1900), static_cast<unsigned char>(tm.tm_mon + 1),
-          static_cast<unsigned char>(tm.tm_mday), static_cast<unsigned char>(tm.tm_hour),
-          static_cast<unsigned char>(tm.tm_min), static_cast<unsigned short>(tm.tm_sec));
-    };
-    const std::time_t start = below(310000000000) - 60000000000;  // years 68 to 9892
-    const long days = below(50000);
-    const long hours = below(200000);
-    const long seconds = below(200000);
-    CDateTimeSpan span(0, 0, static_cast<unsigned long>(days), static_cast<unsigned long>(hours), 0,
-                       static_cast<unsigned long long>(seconds));
-    long total = days * 86400 + hours * 3600 + seconds;
-    if (i % 2 != 0) {
-      span.Negate();
-      total = -total;
-    }
-    std::tm expected = {};
-    const std::time_t end = start + total;
-    gmtime_r(&end, &expected);
-    if (expected.tm_year + 1900 < 1 || expected.tm_year + 1900 > 9999) continue;
-    const CDateTime sum = at(start) + span;
-    ASSERT_EQ(sum.ToString(), at(end).ToString()) << span.ToString() << " from " << start;
-    ASSERT_EQ(sum.GetDayOfWeek(), expected.tm_wday + 1) << sum.ToString();
-    ASSERT_EQ(sum.GetDayOfYear(), expected.tm_yday + 1) << sum.ToString();
-  }
-}
-
-// The quotient is rounded in single precision, and the sums inherit what that does.
-TEST(DateTimeArithmetic, KeepsSinglePrecision) {
-  EXPECT_EQ(GetQuotient(31457279, 60), 524288);
-  EXPECT_EQ(GetModulo(31457279, 60), -1);
-  EXPECT_EQ((CDateTime("00:00:00") + Span("PT31457279S")).GetSecond(), 65535);
-  EXPECT_EQ(GetQuotient(16777217, 1), 16777216);
-  EXPECT_EQ(GetQuotient(-1, 3), -1);
-  EXPECT_EQ(GetModulo(-1, 3), 2);
-  EXPECT_EQ(GetQuotient(-3, 3), -1);
-  EXPECT_EQ(GetQuotient(-2147483648LL, 1), INT_MIN);
-  for (const long long outside : {2147483648LL, LLONG_MAX, LLONG_MIN}) {
-    EXPECT_EQ(GetQuotient(outside, 1), INT_MIN);
-    GetModulo(outside, INT_MIN);
-  }
-  EXPECT_EQ(GetQuotient(1, 0), INT_MIN);
-  EXPECT_EQ(GetQuotient(0, 0), INT_MIN);
-}
-
-TEST(DateTimeArithmetic, RefusesYearsBeyondSixteenBitsUnchanged) {
-  CDateTime date(9999, 12, 31);
-  EXPECT_ZU_ERROR(CZuInvalidValueException, date += Span("P65535Y"),
-                  "Invalid Year [75534] (-9999 <= year <= 9999 && year != 0)", "");
-  EXPECT_EQ(date.ToString(), "9999-12-31");
-  EXPECT_ZU_ERROR(CZuInvalidValueException, CDateTime("2018-05") + Span("P4294967295M"),
-                  "Invalid Year [357915959] (-9999 <= year <= 9999 && year != 0)", "");
-  date += Span("P1D");  // beyond the range of Validate, yet a result
-  EXPECT_EQ(date.ToString(), "10000-01-01");
-  EXPECT_EQ((date + Span("P22767Y11M30D")).ToString(), "32767-12-31");
-  EXPECT_THROW(date + Span("P22768Y"), CZuInvalidValueException);
-}
-
-TEST(DateTimeArithmetic, EndsForAnySpan) {
-  const unsigned long long amounts[] = {1, UINT_MAX, LLONG_MAX, ULLONG_MAX};
-  for (const DT type : kTypes) {
-    CDateTime value;
-    value.SetDateTime(CDateTime("2018-05-07T12:30:45.5+01:00"), type);
-    for (unsigned mask = 1; mask < 64; ++mask) {
-      for (const unsigned long long amount : amounts) {
-        const auto pick = [&](unsigned bit) { return (mask & bit) != 0 ? amount : 0; };
-        CDateTimeSpan span(static_cast<unsigned short>(pick(1)), pick(2), pick(4), pick(8),
-                           pick(16), pick(32), 65535, 65535, 65535);
-        for (int sign = 0; sign < 2; ++sign, span.Negate()) {
-          try {
-            const CDateTime sum = value + span;
-            sum.ToString();
-            sum.CompareTo(value);
-          } catch (const CZuInvalidValueException&) {
-          }
-        }
-      }
-    }
-  }
-}
-
-TEST(DateTimeOrder, FollowsFieldsAndZones) {
-  const struct {
-    const char* a;
-    const char* b;
-    int order;
-  } cases[] = {
-      {"2000-01-01T12:00:00Z", "2000-01-01T12:00:00", kIndeterminate},
-      {"2000-01-01T12:00:00Z", "2000-01-02T12:00:00", kLess},
-      {"2000-01-15T00:00:00", "2000-02-15T00:00:00", kLess},
-      {"2000-01-15T12:00:00", "2000-01-16T12:00:00Z", kLess},
-      {"2000-01-16T00:00:00", "2000-01-16T14:00:00Z", kIndeterminate},
-      {"2000-01-16T00:00:00", "2000-01-16T14:00:01Z", kLess},
-      {"2000-01-16T14:00:01", "2000-01-16T00:00:00Z", kGreater},
-      {"2000-01-16T14:00:00", "2000-01-16T00:00:00Z", kIndeterminate},
-      {"2000-03-04T20:00:00-03:00", "2000-03-04T23:00:00Z", kEqual},
-      {"2000-03-04T20:00:00+03:00", "2000-03-04T20:00:00+02:59", kLess},
-      {"2000-01-01T12:00:00.000000001", "2000-01-01T12:00:00", kGreater},
-      {"12:00:00", "12:00:01", kLess},
-      {"2018-05-07+05:00", "2018-05-06Z", kEqual},
-      {"-0002-01-01", "-0001-01-01", kLess},
-      {"-0001-01-01", "0001-01-01", kIndeterminate},  // years of opposite sign
-      // A field that one side lacks: first against 0, a missing year -1 against negative ones.
-      {"2018-05-07", "2018-05-07T00:00:00.5", kLess},
-      {"2018-05-07", "2018-05-07T01:00:00", kIndeterminate},
-      {"2018-05-07", "2018-05-08T00:00:00", kLess},
-      {"2018-05", "2018-05-07", kIndeterminate},
-      {"--05-07", "2018-05-07", kIndeterminate},
-      {"--05-07", "-0001-05-07", kEqual},
-      {"--05-07", "-0002-05-07", kGreater},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(std::string(c.a) + " and " + c.b);
-    const CDateTime a(c.a);
-    const CDateTime b(c.b);
-    const int reversed[] = {kEqual, kGreater, kLess, kIndeterminate};
-    EXPECT_EQ(a.CompareTo(b), c.order);
-    EXPECT_EQ(b.CompareTo(a), reversed[c.order]);
-    EXPECT_EQ(a == b, c.order == kEqual);
-    EXPECT_EQ(a != b, c.order != kEqual);
-    EXPECT_EQ(a < b, c.order == kLess);
-    EXPECT_EQ(a > b, c.order == kGreater);
-    EXPECT_EQ(a <= b, c.order == kEqual || c.order == kLess);
-    EXPECT_EQ(a >= b, c.order == kEqual || c.order == kGreater);
-  }
-  // Normalising leaves the range of a year.
-  CDateTime last = CDateTime("9999-12-31T23:00:00-05:00") + Span("P22768Y");
-  EXPECT_EQ(last.CompareTo(last), kIndeterminate);
-  EXPECT_EQ(last.GetNormalized().ToString(), last.ToString());
-}
-
-TEST(DateTimeOrder, IsAntisymmetricAndTransitive) {
-  std::mt19937 random(kSeed);
-  SCOPED_TRACE(kSeed);
-  const auto make = [&random] {
-    CDateTime value(2018, 5, static_cast<unsigned char>(1 + random() % 4),
-                    static_cast<unsigned char>(random() % 24), 0, 0);
-    if (random() % 3 == 0) value.SetUTC();
-    if (random() % 3 == 0) value.SetTimeZone(static_cast<short>(random() % 29 - 14), 0);
-    return value;
-  };
-  for (int i = 0; i < 20000; ++i) {
-    const CDateTime a = make();
-    const CDateTime b = make();
-    const CDateTime c = make();
-    ASSERT_EQ(a<b, b> a) << a.ToString() << " " << b.ToString();
-    ASSERT_EQ(a == b, b == a) << a.ToString() << " " << b.ToString();
-    if (a <= b && b < c) {
-      ASSERT_TRUE(a < c) << a.ToString() << " " << b.ToString() << " " << c.ToString();
-    }
-  }
-}
-
-class ZoneScope {
- public:
-  explicit ZoneScope(const char* zone) {
-    if (const char* previous = std::getenv("TZ")) m_previous.push_back(previous);
-    setenv("TZ", zone, 1);
-    tzset();
-  }
-  ZoneScope(const ZoneScope&) = delete;
-  ZoneScope& operator=(const ZoneScope&) = delete;
-  ~ZoneScope() {
-    m_previous.empty() ? unsetenv("TZ") : setenv("TZ", m_previous[0].c_str(), 1);
-    tzset();
-  }
-
- private:
-  std::vector<std::string> m_previous;
-};
-
-TEST(DateTimeCalendar, TakesFieldsAsLocalTimeWhateverTheirZone) {
-  const struct {
-    const char* text;
-    long utc;
-    long centralEurope;
-  } cases[] = {
-      {"1970-01-01", 0, -3600},
-      {"2018-01-15T12:00:00-05:00", 1516017600, 1516014000},
-      {"2018-07-15T12:00:00.9Z", 1531656000, 1531648800},
-      {"9999-12-31T23:59:59", 253402300799, 253402297199},
-  };
-  const auto check = [&cases](const char* zone, auto column) {
-    const ZoneScope scope(zone);
-    for (const auto& c : cases) {
-      SCOPED_TRACE(std::string(c.text) + zone);
-      EXPECT_EQ(CDateTime(c.text).GetTime(), c.*column);
-      CDateTime local(DT::dt_time);
-      local = c.*column;
-      EXPECT_EQ(local.GetType(), DT::dt_dateTime);
-      EXPECT_FALSE(local.IsUTC());
-      EXPECT_EQ(local.ToString().substr(0, 10), std::string(c.text).substr(0, 10));
-      EXPECT_EQ(local.GetTime(), c.*column);
-    }
-  };
-  using Case = std::remove_const_t<std::remove_reference_t<decltype(cases[0])>>;
-  check("UTC0", &Case::utc);
-  check("CET-1CEST,M3.5.0,M10.5.0/3", &Case::centralEurope);
-}
-
-TEST(DateTimeCalendar, KnowsDaysOfWeekAndYear) {
-  const ZoneScope scope("UTC0");
-  EXPECT_EQ(CDateTime("2000-01-01").GetDayOfWeek(), 7);
-  EXPECT_EQ(CDateTime("2018-05-06T23:59:59-12:00").GetDayOfWeek(), 1);
-  EXPECT_EQ(CDateTime("2000-12-31").GetDayOfYear(), 366);
-  EXPECT_EQ(CDateTime("1900-12-31").GetDayOfYear(), 365);
-  for (const char* text : {"-0001-03-01", "-0400-02-28", "-9999-12-31", "0001-01-01"}) {
-    const CDateTime date(text);
-    const std::time_t time = date.GetTime();
-    std::tm expected = {};
-    localtime_r(&time, &expected);
-    EXPECT_EQ(date.GetDayOfWeek(), expected.tm_wday + 1) << text;
-    EXPECT_EQ(date.GetDayOfYear(), expected.tm_yday + 1) << text;
-  }
-}
-
-TEST(DateTimeCalendar, RefusesTimesBeyondTheYears) {
-  const ZoneScope scope("UTC0");
-  const std::string range = "] (-9999 <= year <= 9999 && year != 0)";
-  EXPECT_ZU_ERROR(CZuInvalidValueException, CDateTime(253402300800L), "Invalid Year [10000" + range,
-                  "");
-  EXPECT_ZU_ERROR(CZuInvalidValueException, CDateTime(LONG_MAX),
-                  "Invalid Year [292277026596" + range, "");
-  EXPECT_ZU_ERROR(CZuInvalidValueException, CDateTime(LONG_MIN),
-                  "Invalid Year [-292277022657" + range, "");
-  EXPECT_GT(CDateTime::GetCurrentTime().GetYear(), 2000);
+  EXPECT_FALSE(local.IsUTC() || local.HasTimeZone());
 }
 
 }  // namespace

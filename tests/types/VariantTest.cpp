@@ -154,7 +154,8 @@ TEST(Variant, HoldsReferencesToObjects) {
   int alive = 0;
   ZuVariant value;
   value.SetXmlObject(new Bound<CXmlObjectBase>(alive));
-  value.SetXmlObject(value.GetXmlObject().Get());  // its only reference is the variant's
+  CXmlObjectBase* const held = value.GetXmlObject().Get();
+  value.SetXmlObject(held);  // its only reference is the variant's
   ASSERT_EQ(alive, 1);
   ZuVariant copy = value;
   value.SetXmlCollection(new BoundCollection(alive));
@@ -169,6 +170,21 @@ TEST(Variant, HoldsReferencesToObjects) {
   EXPECT_EQ(alive, 1);
   copy.Clear();
   EXPECT_EQ(alive, 0);
+}
+
+TEST(Variant, TakesAValueOutOfTheObjectItHolds) {
+  struct Holder : Bound<CXmlObjectBase> {
+    using Bound::Bound;
+    ZuVariant inner;
+  };
+  int alive = 0;
+  auto* const holder = new Holder(alive);
+  holder->inner.SetI4(42);
+  ZuVariant value;
+  value.SetXmlObject(holder);
+  value = holder->inner;
+  EXPECT_EQ(alive, 0);
+  EXPECT_EQ(value.GetI4(), 42);
 }
 
 TEST(Variant, NilKeepsTheTypeOnly) {
