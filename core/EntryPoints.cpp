@@ -47,11 +47,10 @@ void ReadDocument(CXmlObjectBase& object, const CSerializationContext& context, 
 
 }  // namespace
 
-void detail::LoadLocalXml(CXmlDocument& document, const std::string& xml) {
-  if (CEncoder::ASCII_ONLY || LocaleIsUtf8()) return document.LoadXml(xml.c_str());
+std::string detail::LocalXmlAsUtf8(std::string xml) {
+  if (CEncoder::ASCII_ONLY || LocaleIsUtf8()) return xml;
   const CBinaryData utf8 = CEncoder::LocalCodePageToUtf8Binary(xml.c_str());
-  const std::string text(reinterpret_cast<const char*>(utf8.GetData()), utf8.GetLength());
-  document.LoadXml(text.c_str());
+  return {reinterpret_cast<const char*>(utf8.GetData()), utf8.GetLength()};
 }
 
 void CXmlObjectBase::AsyncToXmlFile(bool direct) {
@@ -111,9 +110,7 @@ void CXmlObjectBase::FromXmlStream(unsigned char* data, unsigned long size,
 }
 
 void CXmlObjectBase::FromXmlStream(const CBinaryData& data, const CSerializationContext& context) {
-  ReadDocument(*this, context, [&](CXmlDocument& document) {
-    document.LoadXmlStream(data.GetData(), data.GetLength());
-  });
+  FromXmlStream(data.GetData(), data.GetLength(), context);
 }
 
 void CXmlObjectBase::FromXmlElement(const CXmlElement* element,
@@ -126,10 +123,10 @@ void CXmlObjectBase::FromXmlElement(const CXmlElement* element,
 void CXmlObjectBase::FromXmlElement(const CElement* element, const CSerializationContext& context) {
   CheckVersion();
   if (element == nullptr) ThrowPropertyIsNull("element");
-  const std::string xml =
-      element->ToXml(false, false, EOLType::Lf, CSerializationContext::m_defaultContext);
-  ReadDocument(*this, context,
-               [&](CXmlDocument& document) { detail::LoadLocalXml(document, xml); });
+  // Options of the default context shall not get into what is read.
+  const CSerializationContext plain;
+  FromXml(detail::LocalXmlAsUtf8(element->ToXml(false, false, EOLType::Lf, plain)).c_str(),
+          context);
 }
 
 // clang-format off

@@ -128,6 +128,10 @@ void ThrowItemNotFound() {
   throw CZuInvalidParamException("The object was not found in the collection");
 }
 
+void ThrowWrongItemKind() {
+  throw CZuInvalidParamException("The object is of the wrong kind for the collection");
+}
+
 void ThrowCollectionHasNoTargetNamespace() {
   throw CZuException(
       "CXmlCollectionBase::GetTargetNamespace Should not be used from within a Collection (program "

@@ -46,6 +46,7 @@ namespace ZuXmlLib16 {
 [[noreturn]] void ThrowTooManyItems(const std::string& name, int maximum);
 [[noreturn]] void ThrowTooFewItems(const std::string& name, int minimum);
 [[noreturn]] void ThrowItemNotFound();
+[[noreturn]] void ThrowWrongItemKind();
 [[noreturn]] void ThrowCollectionHasNoTargetNamespace();
 [[noreturn]] void ThrowCollectionHasNoNamespace();
 

@@ -4,12 +4,10 @@
 
 namespace ZuXmlLib16 {
 
-class CXmlDocument;
-
 namespace detail {
 
-/// Parses XML text in the local character set, as ToXml gives it; parsers take UTF-8.
-void LoadLocalXml(CXmlDocument& document, const std::string& xml);
+/// XML text in the local character set, as ToXml gives it, in UTF-8, as parsers take it.
+std::string LocalXmlAsUtf8(std::string xml);
 
 }  // namespace detail
 }  // namespace ZuXmlLib16

@@ -2,7 +2,6 @@
 
 #include <atomic>
 #include <cstdint>
-#include <memory>
 #include <mutex>
 #include <new>
 
@@ -34,7 +33,8 @@ namespace {
 
 constexpr std::size_t kSlabSize = std::size_t{16} << 10;
 constexpr std::size_t kLargestObject = 1024;
-constexpr std::size_t kSlabsPerRegion = kHugePage / kSlabSize;
+constexpr std::size_t kSlabsPerRegion =
+    kHugePage / kSlabSize - 1;  // the region itself lies in the first
 constexpr int kIdleRegionsKept = 8;
 /// What a slab's count holds while a thread still allocates from it.
 constexpr std::int64_t kInUse = std::int64_t{1} << 40;
@@ -50,10 +50,9 @@ struct Slab {
 
 constexpr std::size_t kSlabHeader = (sizeof(Slab) + 15) / 16 * 16;
 
-/// Memory for many slabs, in one mapping.
+/// Memory for many slabs, at the start of its mapping.
 struct Region {
-  char* memory;
-  std::size_t untouched = 0;  // index of the first slab never handed out
+  std::size_t untouched = 1;  // index of the first slab never handed out
   Slab* free = nullptr;
   std::size_t freeCount = kSlabsPerRegion;
   Region* next = nullptr;  // among those that have free slabs
@@ -72,7 +71,7 @@ class SlabPool {
     if (region.free != nullptr) {
       region.free = region.free->nextFree;
     } else {
-      memory = region.memory + region.untouched * kSlabSize;
+      memory = reinterpret_cast<char*>(&region) + region.untouched * kSlabSize;
       ++region.untouched;
     }
     if (--region.freeCount == 0) Unlink(region);
@@ -91,19 +90,17 @@ class SlabPool {
       return;
     }
     Unlink(region);
-    Unmap(region.memory, kHugePage);
     --m_regions;
-    std::unique_ptr<Region>{&region}.reset();
+    Unmap(reinterpret_cast<char*>(&region), kHugePage);
   }
 
  private:
   void AddRegion() {
-    auto region = std::make_unique<Region>();
     // A program with few objects shall not pay for a huge page.
-    region->memory = MapAligned(kHugePage, m_regions > 0);
+    auto* const region = new (MapAligned(kHugePage, m_regions > 0)) Region;
     ++m_regions;
     ++m_idleRegions;
-    Link(*region.release());
+    Link(*region);
   }
 
   void Link(Region& region) noexcept {

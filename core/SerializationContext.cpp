@@ -26,11 +26,14 @@ CSerializationContext::LazyParts::LazyParts(const LazyParts& other) {
 
 CSerializationContext::LazyParts& CSerializationContext::LazyParts::operator=(
     const LazyParts& other) {
-  if (this == &other) return *this;
+  LazyParts copy;  // gets the old parts, which go when the lock is free again
   const std::lock_guard<std::mutex> lock(LazyPartsMutex());
-  fastInfoset = other.fastInfoset;
-  json = other.json;
-  additionalRootAttributes = other.additionalRootAttributes;
+  copy.fastInfoset = other.fastInfoset;
+  copy.json = other.json;
+  copy.additionalRootAttributes = other.additionalRootAttributes;
+  fastInfoset.swap(copy.fastInfoset);
+  json.swap(copy.json);
+  additionalRootAttributes.Swap(copy.additionalRootAttributes);
   return *this;
 }
 

@@ -1,5 +1,6 @@
 #include "ZuXmlLib16/UntypedCollections.h"
 
+#include <typeinfo>
 #include <utility>
 
 #include "ZuXmlLib16/UntypedContent.h"
@@ -17,6 +18,11 @@ using detail::NamespaceScopePtr;
 NamespaceScopePtr MakeScope(CTextRef namespaceUri, CTextRef restriction, CTextRef targetNamespace) {
   return std::make_shared<NamespaceScope>(NamespaceScope{
       std::string(namespaceUri), std::string(restriction), std::string(targetNamespace)});
+}
+
+template <class T>
+bool Is(const CXmlObjectBase& item) {
+  return typeid(item) == typeid(T) || dynamic_cast<const T*>(&item) != nullptr;
 }
 
 /// Namespace of new elements under a restriction.
@@ -46,9 +52,13 @@ CElementCol::CElementCol(CTextRef name, CTextRef restriction, CTextRef targetNam
 CElementCol::CElementCol(CTextRef name, CTextRef namespaceUri, CTextRef restriction,
                          CTextRef targetNamespace, std::int32_t minimum, std::int32_t maximum)
     : CXmlCollection(name, "", minimum, maximum),
-      m_scope(MakeScope(namespaceUri, restriction, targetNamespace)) {}
+      m_scope(MakeScope(namespaceUri, restriction, targetNamespace)) {
+  SetItemTest(Is<CElement>);
+}
 
-CElementCol::CElementCol(NamespaceScopePtr scope) : m_scope(std::move(scope)) {}
+CElementCol::CElementCol(NamespaceScopePtr scope) : m_scope(std::move(scope)) {
+  SetItemTest(Is<CElement>);
+}
 
 CElementCol::~CElementCol() = default;
 
@@ -92,6 +102,7 @@ CXmlElement* CElementCol::FromXmlLockElementName_Int(const std::string& name,
   const NamespaceScopePtr scope = MakeScope(namespaceUri, "##any", m_scope->targetNamespace);
   return ReadItems(current, context, [&](const CXmlElement& element) -> CSmartPtr<CElement> {
     if (element.GetLocalName() != name || element.GetNamespaceURI() != namespaceUri) return nullptr;
+    CXmlObjectHelper::TestNamespace(namespaceUri, m_scope->restriction, m_scope->targetNamespace);
     return new CElement(scope);
   });
 }
@@ -106,12 +117,13 @@ CSmartPtr<CElement> CElementCol::Add(CElement* element) {
 }
 
 CSmartPtr<CElement> CElementCol::Add(const char* name, const char* namespaceUri) {
-  return Add(new CElement(CTextRef(name).data(), CTextRef(namespaceUri).data(),
-                          m_scope->restriction.c_str(), m_scope->targetNamespace.c_str()));
+  return Add(new CElement(name, namespaceUri, m_scope->restriction.c_str(),
+                          m_scope->targetNamespace.c_str()));
 }
 
 CSmartPtr<CElement> CElementCol::Add(const char* name) {
   if (m_scope->namespaceUri.empty()) ThrowCollectionHasNoNamespace();
+  if (name == nullptr) ThrowMustHaveValue("Element Name");
   CSmartPtr<CElement> element(new CElement(m_scope));
   element->SetElementName(name);
   Append(element);
@@ -139,7 +151,9 @@ void CElementCol::SetNamespaceRestrictions(CTextRef restriction, CTextRef target
 CAttributeCol::CAttributeCol(CTextRef namespaceUri, CTextRef restriction, CTextRef targetNamespace)
     : CXmlCollection("", namespaceUri, 0, -1),
       m_restriction(restriction),
-      m_targetNamespace(targetNamespace) {}
+      m_targetNamespace(targetNamespace) {
+  SetItemTest(Is<CAttribute>);
+}
 
 CAttributeCol::~CAttributeCol() = default;
 

@@ -43,7 +43,7 @@ CElement::CElement(const char* name, const char* namespaceOrRestriction) {
   const bool isUsable =
       text.substr(0, 2) != "##" && text.find_first_of(kWhitespace) == CTextRef::npos;
   if (!isToken && !isUsable) ThrowUnusableNamespace(std::string(text));
-  Init(name, isToken ? "" : text.data(), text.data(), "");
+  Init(name, isToken ? "" : text.data(), namespaceOrRestriction, "");
 }
 
 CElement::CElement(const char* name, const char* namespaceUri, const char* restriction,
@@ -54,10 +54,10 @@ CElement::CElement(const char* name, const char* namespaceUri, const char* restr
 CElement::CElement(CXmlObjectBase* object, const char* restriction) {
   if (object == nullptr) ThrowMustHaveValue("Element Name");
   Init(object->GetElementName().c_str(), object->GetTargetNamespace().c_str(), restriction, "");
-  const std::string xml =
-      object->ToXml(false, false, EOLType::Lf, CSerializationContext::m_defaultContext);
+  // Options of the default context shall not get into the copy.
+  const CSerializationContext plain;
   CXmlDocument document;
-  detail::LoadLocalXml(document, xml);
+  document.LoadXml(detail::LocalXmlAsUtf8(object->ToXml(false, false, EOLType::Lf, plain)).c_str());
   CopyXmlElement(document.GetDocumentElement());
   m_raw = true;
 }
@@ -134,8 +134,14 @@ void CElement::SetNamespace(const char* namespaceUri) {
   const std::string newNamespace(CTextRef{namespaceUri});
   if (m_scope->namespaceUri == newNamespace) return;
   CXmlObjectHelper::TestNamespace(newNamespace, m_scope->restriction, m_scope->targetNamespace);
-  m_scope = detail::InNamespace(m_scope, newNamespace);
+  MoveTo(newNamespace);
   FireOnChangeNamespace();
+}
+
+void CElement::MoveTo(const std::string& namespaceUri) {
+  m_scope = detail::InNamespace(m_scope, namespaceUri);
+  // New children are in the namespace of their parent.
+  if (m_elements) m_elements->m_scope = detail::InNamespace(m_elements->m_scope, namespaceUri);
 }
 
 void CElement::FireOnChangeName() {
@@ -183,7 +189,7 @@ void CElement::RestrictSelf(CTextRef restriction, CTextRef targetNamespace) {
 
 void CElement::TakeOver(const CXmlElement& element) {
   SetElementName(element.GetLocalName());
-  m_scope = detail::InNamespace(m_scope, element.GetNamespaceURI());
+  MoveTo(element.GetNamespaceURI());
   m_text = element.GetTextView();
   // Whitespace beside child elements is layout; kept, it would grow with every pretty-printed round
   // trip.
@@ -192,10 +198,7 @@ void CElement::TakeOver(const CXmlElement& element) {
     m_text.clear();
   }
   if (m_attributes) m_attributes->Clear();
-  if (m_elements) {
-    m_elements->Clear();
-    m_elements->m_scope = detail::InNamespace(m_elements->m_scope, m_scope->namespaceUri);
-  }
+  if (m_elements) m_elements->Clear();
 }
 
 CXmlElement* CElement::FromXml_Int(CXmlElement* element, CXmlElement* /*firstChildElement*/,
@@ -297,12 +300,12 @@ void CElement::WriteTree(CXmlWriter& writer, bool isDocumentRoot,
   while (!open.empty()) {
     OpenElement& innermost = open.back();
     if (innermost.nextChild != nullptr) {
-      const auto& child = *static_cast<const CElement*>(innermost.nextChild->GetItem());
+      const CXmlObjectBase& child = *innermost.nextChild->GetItem();
       innermost.nextChild = innermost.nextChild->GetNext();
       // A derived class may write itself in its own way; the plain ones need no call for every
       // level.
-      if (typeid(child) == typeid(CElement) && !child.m_raw) {
-        start(child);
+      if (typeid(child) == typeid(CElement) && !static_cast<const CElement&>(child).m_raw) {
+        start(static_cast<const CElement&>(child));
       } else {
         child.ToXml_Int(&writer, false, innermost.element->m_scope->namespaceUri.c_str(), context,
                         false);

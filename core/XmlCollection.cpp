@@ -1,6 +1,7 @@
 #include "ZuXmlLib16/XmlCollection.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <memory>
 
 #include "core/Errors.h"
@@ -109,16 +110,20 @@ CXmlCollection::~CXmlCollection() {
 template <class Find>
 void CXmlCollection::Insert(CSmartPtr<CXmlObjectBase> item, Find find) {
   Throw_IfPropertyIsNull(item.Get(), "item");
+  if (m_itemTest != nullptr && !m_itemTest(*item)) ThrowWrongItemKind();
   CXmlObjectBase* const object = item.Get();
+  // A listener may take the item out again while others are still to be told of it.
+  const CSmartPtr<CXmlObjectBase> held = HasListeners() ? item : nullptr;
   FireOnCollectionAdd(object);
   CNode* const successor = find();
-  CNode* const node = new CNode(std::move(item));
+  CNode* const node = new CNode(this, std::move(item));
   node->m_next = successor;
   node->m_previous = successor != nullptr ? successor->m_previous : m_tail;
   (node->m_previous != nullptr ? node->m_previous->m_next : m_head) = node;
   (successor != nullptr ? successor->m_previous : m_tail) = node;
   ++m_count;
-  m_lastNode = nullptr;
+  ++m_changes;
+  if (successor != nullptr) m_lastNode = nullptr;
   FireOnCollectionAddComplete(object);
   FireOnCollectionChange();
 }
@@ -136,8 +141,9 @@ void CXmlCollection::PrependItem(CXmlObjectBase* item) {
 }
 
 void CXmlCollection::AddItemAt(int index, CXmlObjectBase* item) {
+  CSmartPtr<CXmlObjectBase> held(item);
   if (index < 0 || index > m_count) ThrowIndexOutOfRange();
-  Insert(item, [=] { return index < m_count ? GetNodeAtIndex(index) : nullptr; });
+  Insert(std::move(held), [=] { return index < m_count ? GetNodeAtIndex(index) : nullptr; });
 }
 
 void CXmlCollection::AddAfterItem(CXmlObjectBase* existing, CXmlObjectBase* item) {
@@ -150,9 +156,15 @@ void CXmlCollection::AddBeforeItem(CXmlObjectBase* existing, CXmlObjectBase* ite
 
 CXmlCollection::CNode* CXmlCollection::GetNodeAtIndex(int index) const {
   if (index < 0 || index >= m_count) ThrowIndexOutOfRange(index, m_count);
-  if (m_lastNode == nullptr || index < m_lastIndex / 2) {
+  // From the nearest of the head, the tail and where the last look-up ended.
+  const int fromTail = m_count - 1 - index;
+  const int fromLast = m_lastNode != nullptr ? std::abs(index - m_lastIndex) : m_count;
+  if (index < fromLast && index <= fromTail) {
     m_lastNode = m_head;
     m_lastIndex = 0;
+  } else if (fromTail < fromLast) {
+    m_lastNode = m_tail;
+    m_lastIndex = m_count - 1;
   }
   for (; m_lastIndex < index; ++m_lastIndex) {
     m_lastNode = m_lastNode->m_next;
@@ -178,15 +190,35 @@ void CXmlCollection::Remove(int index) {
 }
 
 void CXmlCollection::RemoveNode(CNode* node) {
-  if (node == nullptr) ThrowItemNotFound();
+  if (node == nullptr || node->m_owner != this) ThrowItemNotFound();
+  const std::uint64_t changesBefore = m_changes;
   FireOnCollectionRemove(-1);
-  (node->m_previous != nullptr ? node->m_previous->m_next : m_head) = node->m_next;
-  (node->m_next != nullptr ? node->m_next->m_previous : m_tail) = node->m_previous;
-  --m_count;
-  m_lastNode = nullptr;
+  // A listener that changed the collection may have removed the node itself.
+  if (m_changes != changesBefore && !HoldsNode(node)) return;
+  Unlink(node);
   std::unique_ptr<CNode>(node).reset();
   FireOnCollectionRemoveComplete(-1);
   FireOnCollectionChange();
+}
+
+bool CXmlCollection::HoldsNode(const CNode* wanted) const {
+  const CNode* node = m_head;
+  while (node != nullptr && node != wanted) {
+    node = node->m_next;
+  }
+  return node != nullptr;
+}
+
+void CXmlCollection::Unlink(CNode* node) {
+  if (node == m_lastNode) {  // the next one moves up to its index
+    m_lastNode = node->m_next;
+  } else if (node != m_tail) {
+    m_lastNode = nullptr;
+  }
+  (node->m_previous != nullptr ? node->m_previous->m_next : m_head) = node->m_next;
+  (node->m_next != nullptr ? node->m_next->m_previous : m_tail) = node->m_previous;
+  --m_count;
+  ++m_changes;
 }
 
 void CXmlCollection::Clear() {

@@ -1,6 +1,5 @@
 #include "ZuXmlLib16/XmlObjectBase.h"
 
-#include <atomic>
 
 #include "ZuXmlLib16/Encoder.h"
 #include "ZuXmlLib16/XmlCollection.h"
@@ -32,6 +31,15 @@ void* CXmlObjectBase::operator new(std::size_t sizeInBytes) {
 
 void CXmlObjectBase::operator delete(void* object, std::size_t sizeInBytes) noexcept {
   detail::FreeObject(object, sizeInBytes);
+}
+
+void* CXmlObjectBase::operator new(std::size_t sizeInBytes, std::align_val_t alignment) {
+  return ::operator new(sizeInBytes, alignment);
+}
+
+void CXmlObjectBase::operator delete(void* object, std::size_t /*sizeInBytes*/,
+                                     std::align_val_t alignment) noexcept {
+  ::operator delete(object, alignment);
 }
 
 void CXmlObjectBase::OnEvent(CXmlObjectBase* /*sender*/, MsgType /*type*/, void* /*data*/) {}

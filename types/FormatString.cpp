@@ -14,7 +14,8 @@ std::string WithoutStores(const char* format) {
   std::string result = format;
   for (std::size_t i = 0; i + 1 < result.size(); ++i) {
     if (result[i] != '%') continue;
-    ++i;
+    i = result.find_first_not_of("-+ #'0123456789.*hlLqjzt", i + 1);  // flags, width, size
+    if (i == std::string::npos) break;
     if (result[i] == 'n') result[i] = 'd';
   }
   return result;

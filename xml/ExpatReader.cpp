@@ -3,6 +3,7 @@
 #include <expat.h>
 
 #include <algorithm>
+#include <cstring>
 #include <exception>
 #include <string>
 #include <type_traits>
@@ -49,6 +50,7 @@ class CExpatReader::CState {
 
   void StartElement(const char* name, const char** attributes);
   void AddText(const char* text, std::size_t length);
+  void AddLocalText(std::string_view utf8);
   /// utf8 as local text, valid until the next call.
   std::string_view Local(std::string_view utf8);
 
@@ -141,10 +143,18 @@ void CExpatReader::CState::StartElement(const char* name, const char** attribute
 }
 
 void CExpatReader::CState::AddText(const char* text, std::size_t length) {
-  // Line ends come normalised; a carriage return is left only by a character reference, alone in
-  // its run.
-  if (length == 1 && *text == '\r') return;
-  const std::string_view local = Local({text, length});
+  // Line ends come normalised: carriage returns are left by character references only.
+  while (const void* const found = std::memchr(text, '\r', length)) {
+    const auto before = static_cast<std::size_t>(static_cast<const char*>(found) - text);
+    AddLocalText({text, before});
+    text += before + 1;
+    length -= before + 1;
+  }
+  AddLocalText({text, length});
+}
+
+void CExpatReader::CState::AddLocalText(std::string_view utf8) {
+  const std::string_view local = Local(utf8);
   m_tree.AddText(local.data(), local.size());
 }
 

@@ -61,7 +61,12 @@ void CFileTextStream::Open() {
 }
 
 void CFileTextStream::Close() {
-  Flush();
+  try {
+    Flush();
+  } catch (...) {
+    m_file.reset();
+    throw;
+  }
   if (m_file != nullptr && std::fclose(m_file.release()) != 0) ThrowFlushFailed();
   CTextStream::Close();
 }

@@ -182,8 +182,10 @@ void CXmlDocument::ParseText(const unsigned char* data, unsigned long size) {
 }
 
 CXmlElement* CXmlDocument::AddDocElement(CTextRef namespaceUri, CTextRef localName) {
+  const std::string newNamespace(namespaceUri);  // the arguments may be names of the tree that goes
+  const std::string newName(localName);
   m_tree->Clear();
-  return m_tree->Open(m_tree->NameOf(namespaceUri, localName));
+  return m_tree->Open(m_tree->NameOf(newNamespace, newName));
 }
 
 CXmlElement* CXmlDocument::AddChildElement(CTextRef namespaceUri, CTextRef localName) {

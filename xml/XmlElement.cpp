@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cstring>
+#include <map>
 #include <memory>
 #include <utility>
 
@@ -147,19 +148,44 @@ std::string CXmlElement::GetQName() const {
   return GetLocalName();
 }
 
-bool CXmlElement::HasQNameOf(const CXmlElement& other) const {
-  if (m_name == other.m_name) return true;
-  return GetLocalName() == other.GetLocalName() && GetQName() == other.GetQName();
-}
+/// The prefixes of a document by namespace, made once for a whole path.
+class CXmlElement::PrefixTable {
+ public:
+  explicit PrefixTable(const CXmlDocument& document) {
+    for (const auto& [prefix, namespaceUri] : document.m_aliases) {
+      m_prefixes.emplace(namespaceUri, prefix);  // the first one stays
+    }
+  }
+
+  std::string_view PrefixOf(const CXmlElement& element) const {
+    if (element.GetNamespaceURI().empty()) return {};
+    const auto entry = m_prefixes.find(element.GetNamespaceURI());
+    return entry != m_prefixes.end() ? entry->second : std::string_view();
+  }
+
+  bool HaveSameQName(const CXmlElement& a, const CXmlElement& b) const {
+    if (a.m_name == b.m_name) return true;
+    return a.GetLocalName() == b.GetLocalName() && PrefixOf(a) == PrefixOf(b);
+  }
+
+ private:
+  std::map<std::string_view, std::string_view> m_prefixes;
+};
 
 std::string CXmlElement::GetNameWithPredicate() const {
-  std::string name = GetQName();
+  return GetNameWithPredicate(PrefixTable(*m_document));
+}
+
+std::string CXmlElement::GetNameWithPredicate(const PrefixTable& prefixes) const {
+  std::string name(prefixes.PrefixOf(*this));
+  if (!name.empty()) name += ':';
+  name += GetLocalName();
   if (m_parent == nullptr) return name;
   std::size_t position = 0;
   std::size_t count = 0;
   for (const CXmlElement* child = m_parent->m_firstChild; child != nullptr;
        child = child->m_nextSibling) {
-    if (child->HasQNameOf(*this)) ++count;
+    if (prefixes.HaveSameQName(*child, *this)) ++count;
     if (child == this) position = count;
   }
   if (position > 0 && count > 1) name += '[' + std::to_string(position) + ']';
@@ -171,10 +197,11 @@ std::string CXmlElement::GetXPath() const {
   for (const CXmlElement* element = this; element != nullptr; element = element->m_parent) {
     line.push_back(element);
   }
+  const PrefixTable prefixes(*m_document);
   std::string path;
   for (auto element = line.rbegin(); element != line.rend(); ++element) {
     path += '/';
-    path += (*element)->GetNameWithPredicate();
+    path += (*element)->GetNameWithPredicate(prefixes);
   }
   return path;
 }

@@ -195,8 +195,7 @@ void CXmlTextWriter::WriteStartElement(CTextRef localName, CTextRef namespaceUri
     element.m_prefix = *prefix;
     Put("<", element.m_prefix, ":", element.m_name);
   } else {
-    element.m_prefix = GetUniquePrefix(element.GetNamespaceMap());
-    element.SetNamespaceMapValue(element.m_namespaceUri, element.m_prefix);
+    element.m_prefix = element.AllocatePrefix(element.m_namespaceUri);
     Put("<", element.m_prefix, ":", element.m_name, " xmlns:", element.m_prefix, "=\"");
     PadAndAppend(element.m_namespaceUri, true);
     Put("\"");
@@ -257,8 +256,7 @@ const std::string& CXmlTextWriter::AttributePrefix(CXmlWriterContext& element,
                                                    std::string_view namespaceUri,
                                                    std::string_view before) {
   if (const std::string* const prefix = element.FindPrefix(namespaceUri)) return *prefix;
-  element.SetNamespaceMapValue(namespaceUri, GetUniquePrefix(element.GetNamespaceMap()));
-  const std::string& prefix = *element.FindPrefix(namespaceUri);
+  const std::string& prefix = element.AllocatePrefix(namespaceUri);
   Put(before, "xmlns:", prefix, "=\"");
   PadAndAppend(namespaceUri, true);
   Put("\" ");

@@ -2,9 +2,9 @@
 
 #include <cstring>
 #include <deque>
+#include <map>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "ZuXmlLib16/XmlDocument.h"
@@ -74,7 +74,8 @@ class XmlTree {
   Arena m_nodes;
   Arena m_keys;
   std::deque<XmlName> m_names;
-  std::unordered_map<std::string_view, XmlName*> m_nameIndex;
+  std::map<std::string_view, XmlName*>
+      m_nameIndex;  // ordered: nobody can choose names that collide
   CXmlElement* m_root = nullptr;
   std::vector<OpenElement> m_open;
   std::string m_openText;         // texts of the open elements, one behind the other

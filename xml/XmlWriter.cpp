@@ -1,9 +1,11 @@
 #include "ZuXmlLib16/XmlWriter.h"
 
+#include <iterator>
 #include <set>
 #include <utility>
 
 #include "core/Errors.h"
+#include "xml/PrefixScope.h"
 
 namespace ZuXmlLib16 {
 namespace {
@@ -11,15 +13,6 @@ namespace {
 /// What a name is worth: texts end at their first NUL.
 std::string_view UpToNul(std::string_view text) {
   return text.substr(0, text.find('\0'));
-}
-
-/// Sets the prefix of a namespace; a prefix stands for one namespace, so an earlier one loses it.
-void Declare(CNamespaceMap& map, std::string_view prefix, std::string_view namespaceUri) {
-  for (auto entry = map.begin(); entry != map.end();) {
-    entry = entry->second == prefix && entry->first != namespaceUri ? map.erase(entry)
-                                                                    : std::next(entry);
-  }
-  map.insert_or_assign(std::string(namespaceUri), std::string(prefix));
 }
 
 /// "xml" and its namespace belong together; "xmlns" and the empty prefix cannot be declared.
@@ -31,19 +24,21 @@ bool IsDeclarable(std::string_view prefix, std::string_view namespaceUri) {
 }  // namespace
 
 CXmlWriter::CXmlWriterContext::CXmlWriterContext(CTextRef name, CTextRef namespaceUri,
-                                                 std::unique_ptr<CXmlWriterContext> parent)
-    : m_scope(this) {
+                                                 std::unique_ptr<CXmlWriterContext>&& parent) {
   Reuse(name, namespaceUri, std::move(parent));
 }
 
 CXmlWriter::CXmlWriterContext::CXmlWriterContext(CTextRef name, CTextRef namespaceUri,
                                                  CTextRef defaultNamespace,
                                                  const CNamespaceMap& namespaceMap,
-                                                 std::unique_ptr<CXmlWriterContext> parent)
+                                                 std::unique_ptr<CXmlWriterContext>&& parent)
     : CXmlWriterContext(name, namespaceUri, std::move(parent)) {
-  m_scope = this;
-  m_defaultNamespace = defaultNamespace;
-  m_namespaceMap = namespaceMap;
+  m_ownScope = std::make_unique<detail::PrefixScope>(nullptr);
+  m_scope = m_ownScope.get();
+  m_scope->SetDefaultNamespace(defaultNamespace);
+  for (const auto& [uri, prefix] : namespaceMap) {
+    m_scope->Set(uri, prefix);
+  }
 }
 
 CXmlWriter::CXmlWriterContext::~CXmlWriterContext() {
@@ -54,56 +49,63 @@ CXmlWriter::CXmlWriterContext::~CXmlWriterContext() {
 }
 
 void CXmlWriter::CXmlWriterContext::Reuse(CTextRef name, CTextRef namespaceUri,
-                                          std::unique_ptr<CXmlWriterContext> parent) {
-  m_childCount = 0;
-  m_isStartTagOpen = true;
-  m_depth = parent ? parent->m_depth + 1 : 0;
+                                          std::unique_ptr<CXmlWriterContext>&& parent) {
+  // What can fail comes first: the parent must not get lost.
   m_name = UpToNul(name);
   m_namespaceUri = namespaceUri;
   m_prefix.clear();
+  m_childCount = 0;
+  m_isStartTagOpen = true;
+  m_depth = parent ? parent->m_depth + 1 : 0;
   m_parent = std::move(parent);
   m_state = ContextState::Normal;
-  m_scope = m_parent ? m_parent->m_scope : this;
-  m_defaultNamespace.clear();
-  m_namespaceMap.clear();
-  m_lastEntry = nullptr;
+  m_ownScope.reset();
+  if (m_parent) {
+    m_scope = m_parent->m_scope;
+  } else {
+    OwnScope();
+  }
 }
 
-void CXmlWriter::CXmlWriterContext::OwnScope() {
-  m_lastEntry = nullptr;
-  if (m_scope == this) return;
-  m_defaultNamespace = m_scope->m_defaultNamespace;
-  m_namespaceMap = m_scope->m_namespaceMap;
-  m_scope = this;
+detail::PrefixScope& CXmlWriter::CXmlWriterContext::OwnScope() {
+  if (!m_ownScope) {
+    detail::PrefixScope* const outer = m_parent ? m_parent->m_scope : nullptr;
+    m_ownScope = std::make_unique<detail::PrefixScope>(outer);
+    m_scope = m_ownScope.get();
+  }
+  return *m_ownScope;
+}
+
+const std::string& CXmlWriter::CXmlWriterContext::GetDefaultNamespace() const {
+  return m_scope->GetDefaultNamespace();
+}
+
+CNamespaceMap CXmlWriter::CXmlWriterContext::GetNamespaceMap() const {
+  return m_scope->Flatten();
 }
 
 void CXmlWriter::CXmlWriterContext::SetDefaultNamespace(CTextRef namespaceUri) {
-  OwnScope();
-  m_defaultNamespace = namespaceUri;
+  OwnScope().SetDefaultNamespace(namespaceUri);
 }
 
 void CXmlWriter::CXmlWriterContext::SetNamespaceMapValue(CTextRef namespaceUri, CTextRef prefix) {
-  OwnScope();
-  m_namespaceMap.insert_or_assign(std::string(namespaceUri), std::string(prefix));
+  OwnScope().Set(namespaceUri, prefix);
 }
 
 std::string& CXmlWriter::CXmlWriterContext::GetNamespaceMapValue(const std::string& namespaceUri) {
-  return m_scope->m_namespaceMap[namespaceUri];
+  return m_scope->FindOrAdd(namespaceUri);
 }
 
 std::string& CXmlWriter::CXmlWriterContext::GetNamespaceMapValue(const char* namespaceUri) {
-  return GetNamespaceMapValue(std::string(CTextRef(namespaceUri)));
+  return m_scope->FindOrAdd(CTextRef(namespaceUri));
 }
 
 const std::string* CXmlWriter::CXmlWriterContext::FindPrefix(std::string_view namespaceUri) const {
-  const CXmlWriterContext& scope = *m_scope;
-  if (scope.m_lastEntry == nullptr || scope.m_lastEntry->first != namespaceUri) {
-    const auto entry = scope.m_namespaceMap.find(namespaceUri);
-    if (entry == scope.m_namespaceMap.end()) return nullptr;
-    scope.m_lastEntry = &*entry;
-  }
-  const std::string& prefix = scope.m_lastEntry->second;
-  return prefix.empty() ? nullptr : &prefix;
+  return m_scope->Find(namespaceUri);
+}
+
+const std::string& CXmlWriter::CXmlWriterContext::AllocatePrefix(std::string_view namespaceUri) {
+  return OwnScope().Allocate(namespaceUri);
 }
 
 CXmlWriter::CXmlWriter(const char* className) : CInstanceMonitor(className) {
@@ -128,12 +130,12 @@ void CXmlWriter::SetDefaultNamespace(CTextRef namespaceUri) {
 
 void CXmlWriter::AddNamespace(CTextRef prefix, CTextRef namespaceUri) {
   if (!IsDeclarable(prefix, namespaceUri)) return;
-  if (m_context) {
-    m_context->OwnScope();
-    Declare(m_context->m_namespaceMap, prefix, namespaceUri);
-  } else {
-    Declare(m_namespaceMap, prefix, namespaceUri);
+  if (m_context) return m_context->OwnScope().Declare(namespaceUri, prefix);
+  // A prefix stands for one namespace: an earlier one loses it.
+  for (auto entry = m_namespaceMap.begin(); entry != m_namespaceMap.end();) {
+    entry = entry->second == prefix ? m_namespaceMap.erase(entry) : std::next(entry);
   }
+  m_namespaceMap.insert_or_assign(std::string(namespaceUri), std::string(prefix));
 }
 
 void CXmlWriter::SetContextState(ContextState state) {
@@ -143,9 +145,9 @@ void CXmlWriter::SetContextState(ContextState state) {
 std::string CXmlWriter::NsIntToString(int index) {
   // Two letters for the first 26 * 26, then three, and so on.
   std::string letters = "AA";
-  int combinations = 26 * 26;
+  std::int64_t combinations = 26 * 26;
   while (index >= combinations) {
-    index -= combinations;
+    index -= static_cast<int>(combinations);
     combinations *= 26;
     letters += 'A';
   }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <type_traits>
 #include <utility>
 
 namespace ZuXmlLib16 {
@@ -17,11 +18,11 @@ class CSmartPtr {
   CSmartPtr(T* object) : m_object(object) { Take(); }
   CSmartPtr(const CSmartPtr& other) : m_object(other.m_object) { Take(); }
   CSmartPtr(CSmartPtr&& other) noexcept : m_object(std::exchange(other.m_object, nullptr)) {}
-  template <class U, class = decltype(static_cast<T*>(std::declval<U*>()))>
+  template <class U, class = std::enable_if_t<std::is_convertible_v<U*, T*>>>
   CSmartPtr(const CSmartPtr<U>& other) : m_object(other.Get()) {
     Take();
   }
-  template <class U, class = decltype(static_cast<T*>(std::declval<U*>()))>
+  template <class U, class = std::enable_if_t<std::is_convertible_v<U*, T*>>>
   CSmartPtr(CSmartPtr<U>&& other) noexcept : m_object(std::exchange(other.m_object, nullptr)) {}
   CSmartPtr& operator=(CSmartPtr other) noexcept {
     Swap(other);

@@ -9,10 +9,11 @@ namespace ZuXmlLib16 {
 /// std::string_view. It must outlive the call only.
 class CTextRef : public std::string_view {
  public:
-  constexpr CTextRef() noexcept = default;
+  constexpr CTextRef() noexcept : std::string_view("") {}
   constexpr CTextRef(const char* text) : std::string_view(text != nullptr ? text : "") {}
   CTextRef(const std::string& text) noexcept : std::string_view(text) {}
-  constexpr CTextRef(std::string_view text) noexcept : std::string_view(text) {}
+  constexpr CTextRef(std::string_view text) noexcept
+      : std::string_view(text.data() != nullptr ? text : "") {}
 };
 
 }  // namespace ZuXmlLib16

@@ -52,6 +52,8 @@ class ZUXMLLIB16_API CElementCol : public CXmlCollection {
   CXmlElement* FromXml_Int(CXmlElement* parentElement, CXmlElement* current,
                            const CSerializationContext& context, bool isOptionalChoice) override;
   /// Reads elements from current on, as long as they have this name; each may hold anything.
+  /// @throws CZuInvalidNamespaceException  the namespace is not allowed by the collection's
+  /// restriction.
   virtual CXmlElement* FromXmlLockElementName_Int(const std::string& name,
                                                   const std::string& namespaceUri,
                                                   CXmlElement* parentElement, CXmlElement* current,

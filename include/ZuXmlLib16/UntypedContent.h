@@ -38,7 +38,8 @@ class ZUXMLLIB16_API CElement : public CXmlObjectBase {
   CElement(CXmlObjectBase* object, const char* restriction);
   ~CElement() override;
 
-  /// Makes the element anew, without content; throws as the constructor does.
+  /// Gives the element a name and a place and drops its attributes and children; its text stays.
+  /// Throws as the constructor does.
   void Init(const char* name, const char* namespaceUri, const char* restriction,
             const char* targetNamespace);
 
@@ -102,6 +103,7 @@ class ZUXMLLIB16_API CElement : public CXmlObjectBase {
   CSmartPtr<CElement> CloneSelf() const;
   /// Takes name, namespace and text; attributes and children that were there are dropped.
   void TakeOver(const CXmlElement& element);
+  void MoveTo(const std::string& namespaceUri);
   void RestrictSelf(CTextRef restriction, CTextRef targetNamespace);
   CAttributeCol& Attributes() const;
   CElementCol& Elements() const;

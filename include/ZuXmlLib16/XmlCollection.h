@@ -57,6 +57,9 @@ class ZUXMLLIB16_API CXmlCollectionBase : public CXmlObjectBase, public CInstanc
   void FireOnCollectionRemoveComplete(int index);
   void FireOnCollectionChange();
 
+ protected:
+  bool HasListeners() const { return !m_listeners.empty(); }
+
  private:
   enum class CountState { Valid, TooMany, TooFew };
   CountState CheckCount(const CSerializationContext& context) const;
@@ -92,8 +95,10 @@ class ZUXMLLIB16_API CXmlCollection : public CXmlCollectionBase {
 
    private:
     friend class CXmlCollection;
-    explicit CNode(CSmartPtr<CXmlObjectBase> item) : m_item(std::move(item)) {}
+    CNode(const CXmlCollection* owner, CSmartPtr<CXmlObjectBase> item)
+        : m_owner(owner), m_item(std::move(item)) {}
 
+    const CXmlCollection* m_owner;
     CSmartPtr<CXmlObjectBase> m_item;
     CNode* m_next = nullptr;
     CNode* m_previous = nullptr;
@@ -101,7 +106,9 @@ class ZUXMLLIB16_API CXmlCollection : public CXmlCollectionBase {
 
   CXmlCollection();
   CXmlCollection(CTextRef name, CTextRef namespaceUri, std::int32_t minimum, std::int32_t maximum);
-  /// Gives the items back without events.
+  /// Gives the items back without events. When the collection goes together with an object around
+  /// it, that may happen after it is gone: an item must not rely on the collection in its
+  /// destructor.
   ~CXmlCollection() override;
 
   std::int32_t GetCount() const override { return m_count; }
@@ -111,7 +118,8 @@ class ZUXMLLIB16_API CXmlCollection : public CXmlCollectionBase {
   /// Lets the items write their attributes.
   void AttributesToXml_Int(CXmlWriter* writer, const CSerializationContext& context) const override;
 
-  // A null item throws CZuInvalidParamException.
+  // An item that is null or of the wrong kind for the collection throws CZuInvalidParamException.
+  // An item that nobody else holds is deleted when it is refused.
 
   void AppendItem(CXmlObjectBase* item);
   void PrependItem(CXmlObjectBase* item);
@@ -131,6 +139,7 @@ class ZUXMLLIB16_API CXmlCollection : public CXmlCollectionBase {
   CNode* GetNodeAtIndex(int index) const;
   /// @throws CZuInvalidParamException  "The object was not found in the collection"
   CNode* GetNodeForItem(const CXmlObjectBase* item) const;
+  /// @throws CZuInvalidParamException  null or a node of another collection.
   void RemoveNode(CNode* node);
 
  protected:
@@ -151,6 +160,9 @@ class ZUXMLLIB16_API CXmlCollection : public CXmlCollectionBase {
     CNode* m_node;
   };
 
+  using ItemTest = bool (*)(const CXmlObjectBase& item);
+  /// Has every item that is inserted pass a test.
+  void SetItemTest(ItemTest test) { m_itemTest = test; }
   /// Appends an item that is not null, with its events.
   void Append(CSmartPtr<CXmlObjectBase> item);
   /// Writes every item below the open element.
@@ -161,11 +173,15 @@ class ZUXMLLIB16_API CXmlCollection : public CXmlCollectionBase {
   /// Fires Add, then inserts before the node that find gives (null appends), then fires the rest.
   template <class Find>
   void Insert(CSmartPtr<CXmlObjectBase> item, Find find);
+  bool HoldsNode(const CNode* wanted) const;
+  void Unlink(CNode* node);
 
   CNode* m_head = nullptr;
   CNode* m_tail = nullptr;
   std::int32_t m_count = 0;
-  // The node looked up last by index, forgotten on every change.
+  ItemTest m_itemTest = nullptr;
+  std::uint64_t m_changes = 0;  // insertions and removals so far
+  // The node looked up last by index, null when not known.
   mutable CNode* m_lastNode = nullptr;
   mutable std::int32_t m_lastIndex = 0;
 };

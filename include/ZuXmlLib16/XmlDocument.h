@@ -169,7 +169,9 @@ class ZUXMLLIB16_API CXmlElement : public CInstanceMonitor {
   friend class CXmlAttribute;
   friend class detail::XmlTree;
 
-  bool HasQNameOf(const CXmlElement& other) const;
+  class PrefixTable;
+
+  std::string GetNameWithPredicate(const PrefixTable& prefixes) const;
   void DestroyChildren();
 
   const CXmlDocument* m_document;
@@ -205,9 +207,9 @@ class ZUXMLLIB16_API CXmlDocument : public CInstanceMonitor {
   /// The root or null.
   CXmlElement* GetDocumentElement() const;
 
-  // All loaders throw CZuException: "<parser's text> at line <n>" for XML that is not well-formed,
-  // and "The document is larger than the limit of %s bytes." (see
-  // CSerializationContext::GetMaxDocumentSize).
+  // What is loaded must not lie in the document's own tree, which goes first. All loaders throw
+  // CZuException: "<parser's text> at line <n>" for XML that is not well-formed, and "The document
+  // is larger than the limit of %s bytes." (see CSerializationContext::GetMaxDocumentSize).
 
   /// Parses NUL-terminated XML text.
   /// @throws CZuException  "XML String is empty!" for null or empty text.

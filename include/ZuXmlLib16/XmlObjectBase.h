@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <new>
 #include <string>
 
 #include "ZuXmlLib16/BinaryData.h"
@@ -83,6 +84,9 @@ class ZUXMLLIB16_API CXmlObjectBase : public IEventSink {
   static void* operator new(std::size_t /*sizeInBytes*/, void* place) noexcept { return place; }
   static void operator delete(void* object, std::size_t sizeInBytes) noexcept;
   static void operator delete(void* /*object*/, void* /*place*/) noexcept {}
+  static void* operator new(std::size_t sizeInBytes, std::align_val_t alignment);
+  static void operator delete(void* object, std::size_t sizeInBytes,
+                              std::align_val_t alignment) noexcept;
   // NOLINTEND(misc-new-delete-overloads)
 
   // The order of the virtual operations is binary interface.

@@ -18,6 +18,10 @@ enum class EOLType : std::int32_t { CrLf = 0, Lf = 1 };
 /// Prefixes by namespace URI.
 using CNamespaceMap = std::map<std::string, std::string, std::less<>>;
 
+namespace detail {
+class PrefixScope;
+}
+
 /// The sink that every object writes itself to, whatever the format. Keeps the open elements and
 /// the namespace scopes; texts are in the local character set and end at their first NUL. Used by
 /// one thread at a time.
@@ -40,10 +44,11 @@ class ZUXMLLIB16_API CXmlWriter : public CInstanceMonitor {
    public:
     /// A nested element.
     CXmlWriterContext(CTextRef name, CTextRef namespaceUri,
-                      std::unique_ptr<CXmlWriterContext> parent);
+                      std::unique_ptr<CXmlWriterContext>&& parent);
     /// The root, with a scope of its own.
     CXmlWriterContext(CTextRef name, CTextRef namespaceUri, CTextRef defaultNamespace,
-                      const CNamespaceMap& namespaceMap, std::unique_ptr<CXmlWriterContext> parent);
+                      const CNamespaceMap& namespaceMap,
+                      std::unique_ptr<CXmlWriterContext>&& parent);
     CXmlWriterContext(const CXmlWriterContext&) = delete;
     CXmlWriterContext& operator=(const CXmlWriterContext&) = delete;
     virtual ~CXmlWriterContext();
@@ -59,8 +64,8 @@ class ZUXMLLIB16_API CXmlWriter : public CInstanceMonitor {
     CXmlWriterContext* GetParent() const { return m_parent.get(); }
 
     /// The default namespace and the prefixes in scope.
-    const std::string& GetDefaultNamespace() const { return m_scope->m_defaultNamespace; }
-    const CNamespaceMap& GetNamespaceMap() const { return m_scope->m_namespaceMap; }
+    const std::string& GetDefaultNamespace() const;
+    CNamespaceMap GetNamespaceMap() const;
     void SetDefaultNamespace(CTextRef namespaceUri);
     /// Inserts or replaces.
     void SetNamespaceMapValue(CTextRef namespaceUri, CTextRef prefix);
@@ -69,14 +74,16 @@ class ZUXMLLIB16_API CXmlWriter : public CInstanceMonitor {
     std::string& GetNamespaceMapValue(const char* namespaceUri);
     /// The prefix of the namespace, null when it has none; inserts nothing.
     const std::string* FindPrefix(std::string_view namespaceUri) const;
+    /// Gives a namespace the first prefix of AA, AB, ... that is free here.
+    const std::string& AllocatePrefix(std::string_view namespaceUri);
 
    private:
     friend class CXmlWriter;
     friend class CXmlTextWriter;
 
     /// Makes the object anew, keeping the memory of its strings.
-    void Reuse(CTextRef name, CTextRef namespaceUri, std::unique_ptr<CXmlWriterContext> parent);
-    void OwnScope();
+    void Reuse(CTextRef name, CTextRef namespaceUri, std::unique_ptr<CXmlWriterContext>&& parent);
+    detail::PrefixScope& OwnScope();
 
     std::uint64_t m_childCount = 0;
     bool m_isStartTagOpen = true;
@@ -86,11 +93,8 @@ class ZUXMLLIB16_API CXmlWriter : public CInstanceMonitor {
     std::string m_prefix;  // of the tags, "" for none
     std::unique_ptr<CXmlWriterContext> m_parent;
     ContextState m_state = ContextState::Normal;
-    CXmlWriterContext* m_scope;  // this, or the nearest ancestor that declared something
-    std::string m_defaultNamespace;
-    CNamespaceMap m_namespaceMap;
-    // The entry of m_namespaceMap that was looked up last; most elements ask for the same.
-    mutable const CNamespaceMap::value_type* m_lastEntry = nullptr;
+    detail::PrefixScope* m_scope = nullptr;  // own, or that of the nearest ancestor with one
+    std::unique_ptr<detail::PrefixScope> m_ownScope;  // null while nothing is declared here
   };
 
   CXmlWriter(const CXmlWriter&) = delete;
@@ -104,8 +108,9 @@ class ZUXMLLIB16_API CXmlWriter : public CInstanceMonitor {
   virtual void Close();
   /// Sets the default namespace of the root, or of the open element's scope. Writes nothing.
   virtual void SetDefaultNamespace(CTextRef namespaceUri);
-  /// Declares a prefix for the root, or in the open element's scope. Writes nothing. A prefix that
-  /// is empty, "xmlns", or "xml" for another namespace is ignored.
+  /// Declares a prefix for the root, or in the open element's scope. Writes nothing. Ignored are
+  /// the prefixes "", "xml" and "xmlns", the empty namespace and that of "xml", which cannot be
+  /// declared.
   virtual void AddNamespace(CTextRef prefix, CTextRef namespaceUri);
   virtual void WriteComment(CTextRef text) = 0;
   /// @param instruction  complete, "<?name data?>".

@@ -84,6 +84,7 @@ TEST(UntypedElement, ReadingReplacesAndWritingRestores) {
   for (const auto& [text, written] : cases) {
     element->FromXml(text);
     EXPECT_EQ(Written(*element), written);
+    EXPECT_EQ(element->GetElements()->GetNamespace(), element->GetNamespace());
   }
 }
 
@@ -233,11 +234,14 @@ TEST(UntypedElements, StopAtTheFirstElementNotAllowed) {
   document.LoadXml("<r xmlns:a='urn:a'><a:x><y/></a:x><a:x/><a:z/><x/></r>");
   CXmlElement* const root = document.GetDocumentElement();
   CXmlElement* const first = root->GetFirstElement();
-  CElementCol locked("x", "##local", "", 0, -1);
+  CElementCol locked("x", "##other", "urn:t", 0, -1);
   EXPECT_EQ(locked.FromXmlLockElementName_Int("x", "urn:a", root, first, kDefault)->GetLocalName(),
             "z");
   ASSERT_EQ(locked.GetCount(), 2);
   EXPECT_EQ(locked.Item(0)->GetNamespaceRestriction(), "##any");
+  CElementCol local("x", "##local", "", 0, -1);
+  EXPECT_THROW(local.FromXmlLockElementName_Int("x", "urn:a", root, first, kDefault),
+               CZuInvalidNamespaceException);
   CElementCol other("x", "urn:a", "", 0, -1);
   EXPECT_EQ(other.FromXml_Int(root, first, kDefault, false)->GetNamespaceURI(), "");
   ASSERT_EQ(other.GetCount(), 3);

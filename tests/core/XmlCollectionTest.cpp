@@ -236,5 +236,46 @@ TEST(Collection, IsNoDocument) {
                   "");
 }
 
+/// Removes everything from the collection when it is told of one kind of event.
+class Emptier : public IEventSink {
+ public:
+  explicit Emptier(MsgType trigger) : m_trigger(trigger) {}
+  void OnEvent(CXmlObjectBase* sender, MsgType type, void* /*data*/) override {
+    if (type != m_trigger || m_isBusy) return;
+    m_isBusy = true;
+    static_cast<CXmlCollection*>(sender)->Clear();
+    m_isBusy = false;
+  }
+
+ private:
+  MsgType m_trigger;
+  bool m_isBusy = false;
+};
+
+TEST(Listeners, MayEmptyTheCollection) {
+  for (const auto trigger : {IEventSink::MsgType::Added, IEventSink::MsgType::AddComplete,
+                             IEventSink::MsgType::Removed}) {
+    CElementCol collection("x", "##any", "", 0, -1);
+    Emptier first(trigger);
+    Emptier second(trigger);
+    collection.Add("a", "");
+    collection.AddEventListener(&first);
+    collection.AddEventListener(&second);
+    collection.Add("b", "");
+    if (collection.GetCount() > 0) collection.Remove(collection.GetCount() - 1);
+    EXPECT_LE(collection.GetCount(), 1);
+  }
+}
+
+TEST(TypedCollections, RefuseOtherObjectsAndForeignNodes) {
+  CElementCol elements("x", "##any", "", 0, -1);
+  CAttributeCol attributes("", "##any", "");
+  EXPECT_THROW(elements.AppendItem(new CAttribute("a", "", "")), CZuInvalidParamException);
+  EXPECT_THROW(attributes.PrependItem(new CElement("a")), CZuInvalidParamException);
+  attributes.Add("a");
+  EXPECT_THROW(elements.RemoveNode(attributes.GetHead()), CZuInvalidParamException);
+  EXPECT_EQ(attributes.GetCount(), 1);
+}
+
 }  // namespace
 }  // namespace ZuXmlLib16

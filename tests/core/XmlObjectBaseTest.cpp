@@ -198,6 +198,7 @@ constexpr EntryPoint kEntryPoints[] = {
     {"FromXmlBytes", [](CElement& e, const char*) { e.FromXmlStream(noBytes, 0, kDefault); }},
     {"FromXmlStream", [](CElement& e, const char*) { e.FromXmlStream(CBinaryData("<a/>"), kDefault); }},
     {"FromXmlElement", [](CElement& e, const char*) { e.FromXmlElement(static_cast<CXmlElement*>(nullptr), kDefault); }},
+    {"FromUntypedNull", [](CElement& e, const char*) { e.FromXmlElement(static_cast<CElement*>(nullptr), kDefault); }},
     {"FromUntyped", [](CElement& e, const char*) { e.FromXmlElement(&e, kDefault); }},
     {"ToJson", [](CElement& e, const char*) { e.ToJson(false, kLf, kDefault); }},
     {"ToJsonStream", [](CElement& e, const char*) { e.ToJsonStream(false, kUtf8, kLf, kDefault, kPlain); }},

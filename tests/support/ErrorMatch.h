@@ -15,7 +15,7 @@
       ADD_FAILURE() << #statement " did not throw";                            \
     } catch (const ZuXmlLib16::CZuException& caught) {                         \
       EXPECT_EQ(typeid(caught), typeid(ZuXmlLib16::ExceptionClass));           \
-      const std::string path{expectedPath};                                 \
+      const std::string path{expectedPath};                                    \
       const std::string tail = path.empty() ? "" : "\nPath: " + path;          \
       EXPECT_EQ(caught.GetMessage(), std::string(expectedText) + tail);        \
       EXPECT_EQ(caught.GetPath(), path);                                       \

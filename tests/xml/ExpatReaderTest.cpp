@@ -242,5 +242,11 @@ TEST(HostileXml, OpensNoOtherFile) {
   std::remove(path.c_str());
 }
 
+TEST(Text, LosesCarriageReturnsOfEntitiesToo) {
+  CXmlDocument document;
+  document.LoadXml("<!DOCTYPE a [<!ENTITY e 'p&#13;q&#13;'>]><a>&e;&#13;r</a>");
+  EXPECT_EQ(document.GetDocumentElement()->GetText(), "pqr");
+}
+
 }  // namespace
 }  // namespace ZuXmlLib16

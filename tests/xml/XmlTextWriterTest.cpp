@@ -8,6 +8,7 @@
 #include "ZuXmlLib16/XmlDocument.h"
 #include "ZuXmlLib16/XmlTextWriter.h"
 #include "support/ErrorMatch.h"
+#include "support/FailingAllocator.h"
 
 namespace ZuXmlLib16 {
 namespace {
@@ -279,6 +280,43 @@ TEST(DeepOutput, NeedsNoDeepStack) {
     out.Start("a");
   EXPECT_ZU_ERROR(CZuException, out.writer.Close(), "An Element has not been closed.", "");
 }  // the writer goes with all of its elements open
+
+TEST(LackOfMemory, LeavesTheOpenElements) {
+  const std::string name(100, 'n');        // longer than any string holds without memory
+  for (const int closedBefore : {0, 2}) {  // closed elements are used again
+    for (long index = 0;; ++index) {
+      Writing out;
+      out.writer.SetFormat(false);
+      out.Start("r");
+      for (int i = 0; i < closedBefore; ++i)
+        out.Start("c").End();
+      bool hasFailed = false;
+      try {
+        const AllocationWatch watch(index);
+        out.Start(name.c_str(), "u:1");
+        out.End();
+      } catch (const std::bad_alloc&) {
+        hasFailed = true;
+      }
+      EXPECT_ZU_ERROR(CZuException, out.writer.Close(), "An Element has not been closed.", "");
+      if (!hasFailed) break;
+    }
+  }
+}
+
+TEST(Prefixes, FollowWhatIsDeclaredInside) {
+  Writing out;
+  out.writer.SetFormat(false);
+  out.Start("r", "u:1");                // AA
+  out.writer.AddNamespace("q", "u:1");  // frees AA in here
+  out.Start("a", "u:2").End();
+  out.writer.AddNamespace("q", "u:3");  // and takes q from u:1
+  out.Start("b", "u:1").Start("c", "u:3").End().End();
+  out.End();
+  EXPECT_STREQ(out.stream.GetText(),
+               "<AA:r xmlns:AA=\"u:1\"><AA:a xmlns:AA=\"u:2\"/>"
+               "<AA:b xmlns:AA=\"u:1\"><q:c/></AA:b></AA:r>");
+}
 
 }  // namespace
 }  // namespace ZuXmlLib16
