@@ -35,7 +35,6 @@ constexpr std::size_t kSlabSize = std::size_t{16} << 10;
 constexpr std::size_t kLargestObject = 1024;
 constexpr std::size_t kSlabsPerRegion =
     kHugePage / kSlabSize - 1;  // the region itself lies in the first
-constexpr int kIdleRegionsKept = 8;
 /// What a slab's count holds while a thread still allocates from it.
 constexpr std::int64_t kInUse = std::int64_t{1} << 40;
 
@@ -55,6 +54,7 @@ struct Region {
   std::size_t untouched = 1;  // index of the first slab never handed out
   Slab* free = nullptr;
   std::size_t freeCount = kSlabsPerRegion;
+  bool isFirst = false;
   Region* next = nullptr;  // among those that have free slabs
   Region* previous = nullptr;
 };
@@ -66,7 +66,6 @@ class SlabPool {
     const std::lock_guard<std::mutex> lock(m_mutex);
     if (m_first == nullptr) AddRegion();
     Region& region = *m_first;
-    if (region.freeCount == kSlabsPerRegion) --m_idleRegions;
     void* memory = region.free;
     if (region.free != nullptr) {
       region.free = region.free->nextFree;
@@ -85,21 +84,20 @@ class SlabPool {
     region.free = slab;
     if (region.freeCount == 0) Link(region);
     if (++region.freeCount < kSlabsPerRegion) return;
-    if (m_idleRegions < kIdleRegionsKept) {
-      ++m_idleRegions;
-      return;
-    }
+    if (region.isFirst) return;
     Unlink(region);
-    --m_regions;
-    Unmap(reinterpret_cast<char*>(&region), kHugePage);
+    GiveChunk({reinterpret_cast<char*>(&region), kHugePage});
   }
 
  private:
   void AddRegion() {
-    // A program with few objects shall not pay for a huge page.
-    auto* const region = new (MapAligned(kHugePage, m_regions > 0)) Region;
-    ++m_regions;
-    ++m_idleRegions;
+    // The first one stays, and in small pages: a program with few objects shall not pay for a huge
+    // one.
+    const bool isFirst = !m_hasRegion;
+    char* const memory = isFirst ? MapAligned(kHugePage, false) : TakeChunk(kHugePage).memory;
+    auto* const region = new (memory) Region;
+    region->isFirst = isFirst;
+    m_hasRegion = true;
     Link(*region);
   }
 
@@ -117,8 +115,7 @@ class SlabPool {
 
   std::mutex m_mutex;
   Region* m_first = nullptr;
-  int m_regions = 0;
-  int m_idleRegions = 0;
+  bool m_hasRegion = false;
 };
 
 SlabPool slabPool;

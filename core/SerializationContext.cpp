@@ -26,6 +26,7 @@ CSerializationContext::LazyParts::LazyParts(const LazyParts& other) {
 
 CSerializationContext::LazyParts& CSerializationContext::LazyParts::operator=(
     const LazyParts& other) {
+  if (this == &other) return *this;
   LazyParts copy;  // gets the old parts, which go when the lock is free again
   const std::lock_guard<std::mutex> lock(LazyPartsMutex());
   copy.fastInfoset = other.fastInfoset;

@@ -1,6 +1,5 @@
 #include "ZuXmlLib16/XmlObjectBase.h"
 
-
 #include "ZuXmlLib16/Encoder.h"
 #include "ZuXmlLib16/XmlCollection.h"
 #include "ZuXmlLib16/XmlObjectHelper.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <locale.h>
+#include <locale.h>  // NOLINT(modernize-deprecated-headers): locale_t is POSIX, not C++
 
 namespace ZuXmlLib16::detail {
 

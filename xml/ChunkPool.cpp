@@ -35,13 +35,31 @@ void FreeChunk(const Chunk& chunk) noexcept {
 struct Pool {
   static constexpr std::size_t kLeastKept = 4096;  // bytes of a chunk
   static constexpr std::size_t kMostKept = 8 * kHugePage;
+  static constexpr std::size_t kMostReclaimable = 128 * kHugePage;
+
+  bool Keep(const Chunk& chunk) noexcept;
 
   std::mutex mutex;
-  std::array<Chunk, 64> chunks{};
+  std::array<Chunk, 256> chunks{};
   std::size_t total = 0;
 };
 
 Pool pool;
+
+bool Pool::Keep(const Chunk& chunk) noexcept {
+  if (chunk.size < kLeastKept || chunk.size > kHugePage) return false;
+  const bool isReclaimable = total + chunk.size > kMostKept;
+  if (isReclaimable && (chunk.size < kHugePage || total + chunk.size > kMostReclaimable))
+    return false;
+  const auto free =
+      std::find_if(chunks.begin(), chunks.end(), [](const Chunk& kept) { return kept.size == 0; });
+  if (free == chunks.end()) return false;
+  // The system may take what is beyond the first megabytes whenever it needs memory.
+  if (isReclaimable && madvise(chunk.memory, chunk.size, MADV_FREE) != 0) return false;
+  total += chunk.size;
+  *free = chunk;
+  return true;
+}
 
 }  // namespace
 
@@ -79,14 +97,7 @@ Chunk TakeChunk(std::size_t sizeInBytes) {
 void GiveChunk(const Chunk& chunk) noexcept {
   {
     const std::lock_guard<std::mutex> lock(pool.mutex);
-    const auto free = std::find_if(pool.chunks.begin(), pool.chunks.end(),
-                                   [](const Chunk& kept) { return kept.size == 0; });
-    const bool isWorthKeeping = chunk.size >= Pool::kLeastKept && chunk.size <= kHugePage;
-    if (free != pool.chunks.end() && isWorthKeeping && pool.total + chunk.size <= Pool::kMostKept) {
-      pool.total += chunk.size;
-      *free = chunk;
-      return;
-    }
+    if (pool.Keep(chunk)) return;
   }
   FreeChunk(chunk);
 }

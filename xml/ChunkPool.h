@@ -12,8 +12,8 @@ struct Chunk {
 
 /// Memory from the system comes in pages of 4 KB, and filling fresh ones costs more than building
 /// what goes into them. So chunks of 2 MB and more are mapped in huge pages, and a few chunks that
-/// were given back are kept for the next taker (16 MB a process at most). Safe for any thread, also
-/// before and after main.
+/// were given back are kept for the next taker: 16 MB a process, and up to 256 MB that the system
+/// may take back when it needs memory. Safe for any thread, also before and after main.
 ///
 /// @return a chunk of at least sizeInBytes; the contents are undefined.
 /// @throws std::bad_alloc

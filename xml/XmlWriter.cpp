@@ -145,7 +145,7 @@ void CXmlWriter::SetContextState(ContextState state) {
 std::string CXmlWriter::NsIntToString(int index) {
   // Two letters for the first 26 * 26, then three, and so on.
   std::string letters = "AA";
-  std::int64_t combinations = 26 * 26;
+  std::int64_t combinations = std::int64_t{26} * 26;
   while (index >= combinations) {
     index -= static_cast<int>(combinations);
     combinations *= 26;
