@@ -142,6 +142,11 @@ void ThrowCollectionHasNoNamespace() {
   throw CZuInvalidStateException("A Namespace has not been set for this Collection");
 }
 
+void ThrowWrongDateType(const std::string& type) {
+  throw CZuInvalidParamException(
+      FormatString("Dates added to this collection must be of type dt_%s", type.c_str()));
+}
+
 void ThrowXmlStringEmpty() {
   throw CZuException("XML String is empty!");
 }

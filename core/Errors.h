@@ -49,6 +49,8 @@ namespace ZuXmlLib16 {
 [[noreturn]] void ThrowWrongItemKind();
 [[noreturn]] void ThrowCollectionHasNoTargetNamespace();
 [[noreturn]] void ThrowCollectionHasNoNamespace();
+/// @param type  the date type that is wanted, e.g. "gYearMonth".
+[[noreturn]] void ThrowWrongDateType(const std::string& type);
 
 // Documents
 [[noreturn]] void ThrowXmlStringEmpty();

@@ -1,5 +1,7 @@
 #include "core/ObjectMemory.h"
 
+#include <pthread.h>
+
 #include <atomic>
 #include <cstdint>
 #include <mutex>
@@ -18,6 +20,17 @@
 namespace ZuXmlLib16::detail {
 
 #ifdef ZUXMLLIB16_PLAIN_OBJECT_MEMORY
+
+namespace {
+
+void BeforeFork() {
+  LockChunkPool();
+}
+void AfterFork() {
+  UnlockChunkPool();
+}
+
+}  // namespace
 
 // The sanitizer finds misuse of single objects only.
 void* AllocateObject(std::size_t sizeInBytes) {
@@ -77,6 +90,9 @@ class SlabPool {
     return new (memory) Slab{{kInUse}, &region, nullptr};
   }
 
+  void Lock() { m_mutex.lock(); }
+  void Unlock() { m_mutex.unlock(); }
+
   void Give(Slab* slab) noexcept {
     const std::lock_guard<std::mutex> lock(m_mutex);
     Region& region = *slab->region;
@@ -119,6 +135,15 @@ class SlabPool {
 };
 
 SlabPool slabPool;
+
+void BeforeFork() {
+  slabPool.Lock();
+  LockChunkPool();
+}
+void AfterFork() {
+  UnlockChunkPool();
+  slabPool.Unlock();
+}
 
 /// The slab that a thread allocates from. Objects are counted here, and into the slab only when it
 /// is full.
@@ -185,5 +210,12 @@ void FreeObject(void* object, std::size_t sizeInBytes) noexcept {
 }
 
 #endif
+
+namespace {
+
+// Another thread may hold a lock when the process forks; nobody would open it in the child.
+[[maybe_unused]] const int forkHandlers = pthread_atfork(BeforeFork, AfterFork, AfterFork);
+
+}  // namespace
 
 }  // namespace ZuXmlLib16::detail

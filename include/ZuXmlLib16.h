@@ -20,6 +20,7 @@
 #include "ZuXmlLib16/ItemType.h"
 #include "ZuXmlLib16/JsonContext.h"
 #include "ZuXmlLib16/NamespaceAliasMap.h"
+#include "ZuXmlLib16/PrimitiveCollections.h"
 #include "ZuXmlLib16/PrimitiveRestrictions.h"
 #include "ZuXmlLib16/SerializationContext.h"
 #include "ZuXmlLib16/SmartPtr.h"

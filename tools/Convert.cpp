@@ -59,10 +59,10 @@ class PrefixKeeper {
       const CXmlElement* const element = open.back();
       open.pop_back();
       KeepElement(*element);
-      for (const CXmlElement* child = element->GetFirstElement(); child != nullptr;
-           child = child->GetNextSiblingElement()) {
-        open.push_back(child);
-      }
+      const CXmlElement* const sibling = element->GetNextSiblingElement();
+      const CXmlElement* const child = element->GetFirstElement();
+      if (sibling != nullptr) open.push_back(sibling);
+      if (child != nullptr) open.push_back(child);
     }
     // Below a default namespace an element without one would be read as in it.
     const std::string& defaultNamespace = m_document.LookupNamespaceFromAlias("");

@@ -38,27 +38,46 @@ struct Pool {
   static constexpr std::size_t kMostReclaimable = 128 * kHugePage;
 
   bool Keep(const Chunk& chunk) noexcept;
+  Chunk Find(std::size_t size) noexcept;
+
+  struct KeptChunk {
+    Chunk chunk;
+    bool isReclaimable = false;
+  };
 
   std::mutex mutex;
-  std::array<Chunk, 256> chunks{};
+  std::array<KeptChunk, 256> chunks{};
   std::size_t total = 0;
+  std::size_t reclaimable = 0;
 };
 
 Pool pool;
 
 bool Pool::Keep(const Chunk& chunk) noexcept {
   if (chunk.size < kLeastKept || chunk.size > kHugePage) return false;
-  const bool isReclaimable = total + chunk.size > kMostKept;
-  if (isReclaimable && (chunk.size < kHugePage || total + chunk.size > kMostReclaimable))
-    return false;
-  const auto free =
-      std::find_if(chunks.begin(), chunks.end(), [](const Chunk& kept) { return kept.size == 0; });
+  const auto free = std::find_if(chunks.begin(), chunks.end(),
+                                 [](const KeptChunk& kept) { return kept.chunk.size == 0; });
   if (free == chunks.end()) return false;
+  if (total + chunk.size <= kMostKept) {
+    total += chunk.size;
+    *free = {chunk, false};
+    return true;
+  }
   // The system may take what is beyond the first megabytes whenever it needs memory.
-  if (isReclaimable && madvise(chunk.memory, chunk.size, MADV_FREE) != 0) return false;
-  total += chunk.size;
-  *free = chunk;
+  if (chunk.size < kHugePage || reclaimable + chunk.size > kMostReclaimable) return false;
+  if (madvise(chunk.memory, chunk.size, MADV_FREE) != 0) return false;
+  reclaimable += chunk.size;
+  *free = {chunk, true};
   return true;
+}
+
+Chunk Pool::Find(std::size_t size) noexcept {
+  const auto kept = std::find_if(chunks.begin(), chunks.end(), [&](const KeptChunk& candidate) {
+    return candidate.chunk.size == size;
+  });
+  if (kept == chunks.end()) return {};
+  (kept->isReclaimable ? reclaimable : total) -= size;
+  return std::exchange(*kept, {}).chunk;
 }
 
 }  // namespace
@@ -84,12 +103,8 @@ void Unmap(char* memory, std::size_t sizeInBytes) noexcept {
 Chunk TakeChunk(std::size_t sizeInBytes) {
   {
     const std::lock_guard<std::mutex> lock(pool.mutex);
-    const auto kept = std::find_if(pool.chunks.begin(), pool.chunks.end(),
-                                   [&](const Chunk& chunk) { return chunk.size == sizeInBytes; });
-    if (kept != pool.chunks.end()) {
-      pool.total -= kept->size;
-      return std::exchange(*kept, {});
-    }
+    const Chunk kept = pool.Find(sizeInBytes);
+    if (kept.memory != nullptr) return kept;
   }
   return NewChunk(sizeInBytes);
 }
@@ -100,6 +115,14 @@ void GiveChunk(const Chunk& chunk) noexcept {
     if (pool.Keep(chunk)) return;
   }
   FreeChunk(chunk);
+}
+
+void LockChunkPool() {
+  pool.mutex.lock();
+}
+
+void UnlockChunkPool() {
+  pool.mutex.unlock();
 }
 
 }  // namespace ZuXmlLib16::detail

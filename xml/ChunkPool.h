@@ -26,6 +26,10 @@ void GiveChunk(const Chunk& chunk) noexcept;
 char* MapAligned(std::size_t sizeInBytes, bool inHugePages);
 void Unmap(char* memory, std::size_t sizeInBytes) noexcept;
 
+/// Keep the pool still while the process forks.
+void LockChunkPool();
+void UnlockChunkPool();
+
 constexpr std::size_t kHugePage = std::size_t{2} << 20;
 
 }  // namespace ZuXmlLib16::detail

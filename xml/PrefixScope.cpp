@@ -1,89 +1,114 @@
 #include "xml/PrefixScope.h"
 
-#include <algorithm>
+#include <utility>
 
 namespace ZuXmlLib16::detail {
 
-PrefixScope::PrefixScope(PrefixScope* outer) : m_outer(outer) {
-  if (outer == nullptr) return;
-  m_defaultNamespace = outer->m_defaultNamespace;
-  m_isExposed = outer->m_isExposed;
-  m_firstCandidate = outer->m_firstCandidate;
+PrefixScope::PrefixScope(PrefixScope& outer) {
+  outer.SkipUsedCandidates();  // once for all that are inside of it
+  m_defaultNamespace = outer.m_defaultNamespace;
+  m_prefixes = outer.m_prefixes;
+  m_holders = outer.m_holders;
+  m_firstCandidate = outer.m_firstCandidate;
+  m_isExposed = outer.m_isExposed;
+}
+
+void PrefixScope::Change(std::string_view namespaceUri, std::optional<std::string> prefix) {
+  HoldersOf holders = m_holders;
+  const auto* const entry = m_prefixes.Find(namespaceUri);
+  const bool hadPrefix = entry != nullptr && entry->second.has_value();
+  if (hadPrefix) {
+    const auto* const held = holders.Find(*entry->second);
+    if (held != nullptr) {
+      holders = holders.With(held->first, {held->second.count - 1, held->second.last});
+    }
+  }
+  if (prefix.has_value()) {
+    const auto* const held = holders.Find(*prefix);
+    const int count = held != nullptr ? held->second.count : 0;
+    holders = holders.With(*prefix, {count + 1, std::string(namespaceUri)});
+  }
+  m_prefixes = m_prefixes.With(namespaceUri, std::move(prefix));
+  m_holders = std::move(holders);
+  m_lastEntry = nullptr;
+  if (hadPrefix) m_firstCandidate = 0;  // the old one may be free now
 }
 
 void PrefixScope::Set(std::string_view namespaceUri, std::string_view prefix) {
-  if (FindEntry(namespaceUri) != nullptr) m_firstCandidate = 0;  // its old prefix becomes free
-  m_lastEntry = nullptr;
-  m_prefixes.insert_or_assign(std::string(namespaceUri), std::string(prefix));
-  m_namespaces.insert_or_assign(std::string(prefix), std::string(namespaceUri));
+  Change(namespaceUri, std::string(prefix));
 }
 
 void PrefixScope::Declare(std::string_view namespaceUri, std::string_view prefix) {
-  for (const PrefixScope* scope = this; scope != nullptr; scope = scope->m_outer) {
-    const auto holder = scope->m_namespaces.find(prefix);
-    if (holder == scope->m_namespaces.end() || holder->second == namespaceUri) continue;
-    const std::string* const held = Find(holder->second);
-    if (held != nullptr && *held == prefix) m_prefixes.insert_or_assign(holder->second, "");
+  while (IsUsed(prefix)) {
+    const std::string& last = m_holders.Find(prefix)->second.last;
+    const std::string* const held = Find(last);
+    if (held != nullptr && *held == prefix) {
+      Change(std::string(last), std::nullopt);
+      continue;
+    }
+    // The one that got it last has another by now: look through all.
+    for (const auto& [holder, heldPrefix] : Flatten()) {
+      if (heldPrefix == prefix) Change(holder, std::nullopt);
+    }
+    break;
   }
   Set(namespaceUri, prefix);
 }
 
 const std::string& PrefixScope::Allocate(std::string_view namespaceUri) {
-  std::string prefix = CXmlWriter::NsIntToString(m_firstCandidate);
-  while (IsUsed(prefix)) {
-    prefix = CXmlWriter::NsIntToString(++m_firstCandidate);
-  }
-  const int used = m_firstCandidate;
-  Set(namespaceUri, prefix);
-  m_firstCandidate = used + 1;
+  if (m_isExposed) Recount();
+  SkipUsedCandidates();
+  Set(namespaceUri, CXmlWriter::NsIntToString(m_firstCandidate));
   return *Find(namespaceUri);
 }
 
-bool PrefixScope::IsUsed(std::string_view prefix) const {
-  if (m_isExposed) {
-    const CNamespaceMap all = Flatten();
-    return std::any_of(all.begin(), all.end(),
-                       [&](const auto& entry) { return entry.second == prefix; });
+void PrefixScope::SkipUsedCandidates() {
+  while (IsUsed(CXmlWriter::NsIntToString(m_firstCandidate))) {
+    ++m_firstCandidate;
   }
-  for (const PrefixScope* scope = this; scope != nullptr; scope = scope->m_outer) {
-    const auto holder = scope->m_namespaces.find(prefix);
-    if (holder == scope->m_namespaces.end()) continue;
-    const std::string* const held = Find(holder->second);
-    if (held != nullptr && *held == prefix) return true;
-  }
-  return false;
 }
 
-CNamespaceMap::value_type* PrefixScope::FindEntry(std::string_view namespaceUri) const {
-  if (m_lastEntry != nullptr && m_lastEntry->first == namespaceUri) return m_lastEntry;
-  for (PrefixScope* scope = const_cast<PrefixScope*>(this); scope != nullptr;
-       scope = scope->m_outer) {
-    const auto entry = scope->m_prefixes.find(namespaceUri);
-    if (entry != scope->m_prefixes.end()) return m_lastEntry = &*entry;
-  }
-  return nullptr;
+bool PrefixScope::IsUsed(std::string_view prefix) const {
+  const auto* const held = m_holders.Find(prefix);
+  return held != nullptr && held->second.count > 0;
+}
+
+void PrefixScope::Recount() {
+  HoldersOf holders;
+  m_prefixes.ForEach([&](const std::string& namespaceUri,
+                         const std::optional<std::string>& prefix) {
+    if (!prefix.has_value()) return;
+    const auto* const held = holders.Find(*prefix);
+    holders = holders.With(*prefix, {held != nullptr ? held->second.count + 1 : 1, namespaceUri});
+  });
+  m_holders = std::move(holders);
+  m_firstCandidate = 0;
 }
 
 const std::string* PrefixScope::Find(std::string_view namespaceUri) const {
-  const auto* const entry = FindEntry(namespaceUri);
-  return entry != nullptr && !entry->second.empty() ? &entry->second : nullptr;
+  if (m_lastEntry == nullptr || m_lastEntry->first != namespaceUri) {
+    const auto* const entry = m_prefixes.Find(namespaceUri);
+    if (entry == nullptr) return nullptr;
+    m_lastEntry = entry;
+  }
+  const std::optional<std::string>& prefix = m_lastEntry->second;
+  return prefix.has_value() && !prefix->empty() ? &*prefix : nullptr;
 }
 
 std::string& PrefixScope::FindOrAdd(std::string_view namespaceUri) {
-  for (PrefixScope* scope = this; scope != nullptr; scope = scope->m_outer) {
-    scope->m_isExposed = true;
-  }
-  m_firstCandidate = 0;
-  auto* const entry = FindEntry(namespaceUri);
-  if (entry != nullptr) return entry->second;
-  return m_prefixes.emplace(namespaceUri, "").first->second;
+  const auto* const entry = m_prefixes.Find(namespaceUri);
+  // Setting it anew gives this scope an entry of its own.
+  Change(namespaceUri, entry != nullptr ? entry->second.value_or("") : std::string());
+  m_isExposed = true;
+  return *const_cast<std::optional<std::string>&>(m_prefixes.Find(namespaceUri)->second);
 }
 
 CNamespaceMap PrefixScope::Flatten() const {
   CNamespaceMap all;
-  for (const PrefixScope* scope = this; scope != nullptr; scope = scope->m_outer) {
-    all.insert(scope->m_prefixes.begin(), scope->m_prefixes.end());  // keeps what is there
-  }
+  m_prefixes.ForEach(
+      [&](const std::string& namespaceUri, const std::optional<std::string>& prefix) {
+        if (prefix.has_value()) all.emplace_hint(all.end(), namespaceUri, *prefix);
+      });
   return all;
 }
 

@@ -1,47 +1,60 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include "ZuXmlLib16/XmlWriter.h"
+#include "xml/PersistentMap.h"
 
 namespace ZuXmlLib16::detail {
 
-/// The namespace declarations of one element. What it does not declare is found in the scope
-/// outside it, so a scope costs what it declares, however much is declared around it.
+/// The namespaces in scope at an element. A copy, for an element inside, costs nothing, however
+/// much is declared.
 class PrefixScope {
  public:
-  /// @param outer  must outlive the scope and not change meanwhile; null for the root.
-  explicit PrefixScope(PrefixScope* outer);
+  PrefixScope() = default;
+  /// The scope of an element inside outer; afterwards the two are independent.
+  explicit PrefixScope(PrefixScope& outer);
+  PrefixScope(const PrefixScope&) = delete;
+  PrefixScope& operator=(const PrefixScope&) = delete;
 
   const std::string& GetDefaultNamespace() const { return m_defaultNamespace; }
   void SetDefaultNamespace(std::string_view namespaceUri) { m_defaultNamespace = namespaceUri; }
 
   /// Sets the prefix of a namespace, whatever other namespaces have it.
   void Set(std::string_view namespaceUri, std::string_view prefix);
-  /// The same, but a prefix stands for one namespace: another one that has it loses it.
+  /// The same, but a prefix stands for one namespace: others that have it lose it.
   void Declare(std::string_view namespaceUri, std::string_view prefix);
-  /// Declares the first free prefix of AA, AB, ... for a namespace.
+  /// Sets the first free prefix of AA, AB, ... for a namespace.
   const std::string& Allocate(std::string_view namespaceUri);
   /// The prefix of a namespace, null when it has none.
   const std::string* Find(std::string_view namespaceUri) const;
-  /// The entry of a namespace, made with an empty prefix when there is none. It may be changed.
+  /// The prefix of a namespace, made empty when there is none. It may be changed.
   std::string& FindOrAdd(std::string_view namespaceUri);
-  /// All that is in scope.
   CNamespaceMap Flatten() const;
 
  private:
-  CNamespaceMap::value_type* FindEntry(std::string_view namespaceUri) const;
-  bool IsUsed(std::string_view prefix) const;
+  /// The namespaces that have a prefix: how many, and the one that got it last.
+  struct Holders {
+    int count = 0;
+    std::string last;
+  };
+  using Prefixes = PersistentMap<std::optional<std::string>>;  // none: was taken away
+  using HoldersOf = PersistentMap<Holders>;
 
-  PrefixScope* m_outer;
+  bool IsUsed(std::string_view prefix) const;
+  void SkipUsedCandidates();
+  void Change(std::string_view namespaceUri, std::optional<std::string> prefix);
+  void Recount();
+
   std::string m_defaultNamespace;
-  CNamespaceMap m_prefixes;    // namespace URI -> prefix; an empty one hides that of an outer scope
-  CNamespaceMap m_namespaces;  // prefix -> namespace URI that got it last
-  bool m_isExposed = false;    // a prefix may have been changed without m_namespaces
-  int m_firstCandidate = 0;    // all prefixes before this one are in use
+  Prefixes m_prefixes;
+  HoldersOf m_holders;
+  int m_firstCandidate = 0;  // all before it are in use
+  bool m_isExposed = false;  // a prefix may be changed from outside
   // The entry found last; most elements of a document ask for the same.
-  mutable CNamespaceMap::value_type* m_lastEntry = nullptr;
+  mutable const std::pair<const std::string, std::optional<std::string>>* m_lastEntry = nullptr;
 };
 
 }  // namespace ZuXmlLib16::detail

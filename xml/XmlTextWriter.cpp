@@ -188,6 +188,16 @@ void CXmlTextWriter::CloseParentElm() {
 void CXmlTextWriter::WriteStartElement(CTextRef localName, CTextRef namespaceUri) {
   CloseParentElm();
   CXmlWriterContext& element = PushContext(localName, namespaceUri);
+  try {
+    PutStartTag(element);
+    FlushWhenFull();
+  } catch (...) {
+    PopContext();  // an element that was not written is not open
+    throw;
+  }
+}
+
+void CXmlTextWriter::PutStartTag(CXmlWriterContext& element) {
   PutIndent(element.m_depth);
   if (element.m_namespaceUri.empty() || element.m_namespaceUri == element.GetDefaultNamespace()) {
     Put("<", element.m_name);
@@ -201,7 +211,6 @@ void CXmlTextWriter::WriteStartElement(CTextRef localName, CTextRef namespaceUri
     Put("\"");
   }
   if (element.m_depth == 0) PutRootDeclarations();
-  FlushWhenFull();
 }
 
 void CXmlTextWriter::PutRootDeclarations() {

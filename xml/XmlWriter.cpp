@@ -33,7 +33,7 @@ CXmlWriter::CXmlWriterContext::CXmlWriterContext(CTextRef name, CTextRef namespa
                                                  const CNamespaceMap& namespaceMap,
                                                  std::unique_ptr<CXmlWriterContext>&& parent)
     : CXmlWriterContext(name, namespaceUri, std::move(parent)) {
-  m_ownScope = std::make_unique<detail::PrefixScope>(nullptr);
+  m_ownScope = std::make_unique<detail::PrefixScope>();
   m_scope = m_ownScope.get();
   m_scope->SetDefaultNamespace(defaultNamespace);
   for (const auto& [uri, prefix] : namespaceMap) {
@@ -69,11 +69,16 @@ void CXmlWriter::CXmlWriterContext::Reuse(CTextRef name, CTextRef namespaceUri,
 
 detail::PrefixScope& CXmlWriter::CXmlWriterContext::OwnScope() {
   if (!m_ownScope) {
-    detail::PrefixScope* const outer = m_parent ? m_parent->m_scope : nullptr;
-    m_ownScope = std::make_unique<detail::PrefixScope>(outer);
+    m_ownScope = m_parent ? std::make_unique<detail::PrefixScope>(*m_parent->m_scope)
+                          : std::make_unique<detail::PrefixScope>();
     m_scope = m_ownScope.get();
   }
   return *m_ownScope;
+}
+
+void CXmlWriter::CXmlWriterContext::TakeScope(std::unique_ptr<detail::PrefixScope> scope) {
+  m_ownScope = std::move(scope);
+  m_scope = m_ownScope.get();
 }
 
 const std::string& CXmlWriter::CXmlWriterContext::GetDefaultNamespace() const {
@@ -108,8 +113,9 @@ const std::string& CXmlWriter::CXmlWriterContext::AllocatePrefix(std::string_vie
   return OwnScope().Allocate(namespaceUri);
 }
 
-CXmlWriter::CXmlWriter(const char* className) : CInstanceMonitor(className) {
-  m_namespaceMap.emplace(XML_NAMESPACE, "xml");
+CXmlWriter::CXmlWriter(const char* className)
+    : CInstanceMonitor(className), m_rootScope(std::make_unique<detail::PrefixScope>()) {
+  m_rootScope->Set(XML_NAMESPACE, "xml");
 }
 
 CXmlWriter::~CXmlWriter() = default;
@@ -124,18 +130,21 @@ void CXmlWriter::SetDefaultNamespace(CTextRef namespaceUri) {
   if (m_context) {
     m_context->SetDefaultNamespace(namespaceUri);
   } else {
-    m_defaultNamespace = namespaceUri;
+    m_rootScope->SetDefaultNamespace(namespaceUri);
   }
 }
 
 void CXmlWriter::AddNamespace(CTextRef prefix, CTextRef namespaceUri) {
   if (!IsDeclarable(prefix, namespaceUri)) return;
-  if (m_context) return m_context->OwnScope().Declare(namespaceUri, prefix);
-  // A prefix stands for one namespace: an earlier one loses it.
-  for (auto entry = m_namespaceMap.begin(); entry != m_namespaceMap.end();) {
-    entry = entry->second == prefix ? m_namespaceMap.erase(entry) : std::next(entry);
-  }
-  m_namespaceMap.insert_or_assign(std::string(namespaceUri), std::string(prefix));
+  (m_context ? m_context->OwnScope() : *m_rootScope).Declare(namespaceUri, prefix);
+}
+
+const std::string& CXmlWriter::RootDefaultNamespace() const {
+  return m_rootScope->GetDefaultNamespace();
+}
+
+CNamespaceMap CXmlWriter::RootNamespaceMap() const {
+  return m_rootScope->Flatten();
 }
 
 void CXmlWriter::SetContextState(ContextState state) {
@@ -170,10 +179,9 @@ std::string CXmlWriter::GetUniquePrefix(const CNamespaceMap& map) {
 
 CXmlWriter::CXmlWriterContext& CXmlWriter::PushContext(CTextRef localName, CTextRef namespaceUri) {
   m_wasElementOpened = true;
-  if (!m_context) {
-    m_context = std::make_unique<CXmlWriterContext>(localName, namespaceUri, m_defaultNamespace,
-                                                    m_namespaceMap, nullptr);
-  } else if (m_spare) {
+  std::unique_ptr<detail::PrefixScope> rootScope;
+  if (!m_context) rootScope = std::make_unique<detail::PrefixScope>(*m_rootScope);
+  if (m_spare) {
     std::unique_ptr<CXmlWriterContext> element = std::move(m_spare);
     m_spare = std::move(element->m_parent);
     element->Reuse(localName, namespaceUri, std::move(m_context));
@@ -181,12 +189,14 @@ CXmlWriter::CXmlWriterContext& CXmlWriter::PushContext(CTextRef localName, CText
   } else {
     m_context = std::make_unique<CXmlWriterContext>(localName, namespaceUri, std::move(m_context));
   }
+  if (rootScope) m_context->TakeScope(std::move(rootScope));
   return *m_context;
 }
 
 void CXmlWriter::PopContext() {
   std::unique_ptr<CXmlWriterContext> closed = std::move(m_context);
   m_context = std::move(closed->m_parent);
+  closed->m_ownScope.reset();
   closed->m_parent = std::move(m_spare);
   m_spare = std::move(closed);
 }

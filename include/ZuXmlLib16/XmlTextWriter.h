@@ -68,6 +68,7 @@ class ZUXMLLIB16_API CXmlTextWriter : public CXmlWriter {
   void PadAndAppend(std::string_view text, bool inAttribute);
   void PutIndent(std::uint64_t depth);
   void PutEolWhenFormatting();
+  void PutStartTag(CXmlWriterContext& element);
   void PutRootDeclarations();
   void FlushWhenFull();
   CXmlWriterContext& ContextOfOpenTag() const;

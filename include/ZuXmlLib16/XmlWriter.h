@@ -84,6 +84,7 @@ class ZUXMLLIB16_API CXmlWriter : public CInstanceMonitor {
     /// Makes the object anew, keeping the memory of its strings.
     void Reuse(CTextRef name, CTextRef namespaceUri, std::unique_ptr<CXmlWriterContext>&& parent);
     detail::PrefixScope& OwnScope();
+    void TakeScope(std::unique_ptr<detail::PrefixScope> scope);
 
     std::uint64_t m_childCount = 0;
     bool m_isStartTagOpen = true;
@@ -139,17 +140,17 @@ class ZUXMLLIB16_API CXmlWriter : public CInstanceMonitor {
   explicit CXmlWriter(const char* className);
 
   CXmlWriterContext* Current() const { return m_context.get(); }
-  const std::string& RootDefaultNamespace() const { return m_defaultNamespace; }
-  const CNamespaceMap& RootNamespaceMap() const { return m_namespaceMap; }
+  /// What is declared before the first element is opened.
+  const std::string& RootDefaultNamespace() const;
+  CNamespaceMap RootNamespaceMap() const;
   CXmlWriterContext& PushContext(CTextRef localName, CTextRef namespaceUri);
   /// Closes the innermost element; its parent becomes current.
   void PopContext();
   bool WasElementOpened() const { return m_wasElementOpened; }
 
  private:
-  std::string m_defaultNamespace;
   std::unique_ptr<CXmlWriterContext> m_context;
-  CNamespaceMap m_namespaceMap;
+  std::unique_ptr<detail::PrefixScope> m_rootScope;
   std::unique_ptr<CXmlWriterContext> m_spare;  // closed elements, to be used again
   bool m_wasElementOpened = false;
 };

@@ -28,9 +28,8 @@ struct Block {
   /// @return whether its bytes were still there, and aligned.
   bool Free() const {
     bool isIntact = reinterpret_cast<std::uintptr_t>(memory) % 16 == 0;
-    for (std::size_t i = 0; i < sizeInBytes; ++i) {
+    for (std::size_t i = 0; i < sizeInBytes; ++i)
       isIntact = isIntact && memory[i] == content;
-    }
     detail::FreeObject(memory, sizeInBytes);
     return isIntact;
   }
@@ -52,18 +51,15 @@ TEST(ObjectMemory, IsUsedAgain) {
   std::vector<void*> objects((std::size_t{32} << 20) / kSize);
   const std::size_t before = MappedBytes();
   for (int round = 0; round < 20; ++round) {
-    for (void*& object : objects) {
+    for (void*& object : objects)
       object = detail::AllocateObject(kSize);
-    }
     // Every second one first: all slabs stay half full for a while.
     for (const std::size_t first : {0U, 1U}) {
-      for (std::size_t i = first; i < objects.size(); i += 2) {
+      for (std::size_t i = first; i < objects.size(); i += 2)
         detail::FreeObject(objects[i], kSize);
-      }
     }
-    for (std::size_t i = 0; i < objects.size(); ++i) {
+    for (std::size_t i = 0; i < objects.size(); ++i)
       detail::FreeObject(detail::AllocateObject(kSize), kSize);
-    }
   }
   // 1280 MB went through. A sanitizer may hold back 256 MB of freed memory.
   EXPECT_LT(MappedBytes(), before + (std::size_t{400} << 20));
@@ -90,15 +86,12 @@ TEST(ObjectMemoryThreads, FreeEachOthersObjects) {
     }
   };
   std::vector<std::thread> threads;
-  for (unsigned seed = 0; seed < 6; ++seed) {
+  for (unsigned seed = 0; seed < 6; ++seed)
     threads.emplace_back(work, seed);
-  }
-  for (std::thread& thread : threads) {
+  for (std::thread& thread : threads)
     thread.join();
-  }
-  for (const Block& block : shared) {
+  for (const Block& block : shared)
     if (!block.Free()) ++damaged;
-  }
   EXPECT_EQ(damaged, 0);
 }
 

@@ -69,13 +69,5 @@ TEST(SerializationContext, CopiesShareWhatExistsAndOutliveTheirSource) {
   EXPECT_EQ(early.GetAdditionalRootAttributes()->GetCount(), 0);
 }
 
-TEST(SerializationContext, IsNotChangedByReadingAndWriting) {
-  const CSerializationContext context;
-  CElement element("a");
-  element.FromXml("<a b='1'><c/></a>", context);
-  element.ToXml(true, true, EOLType::Lf, context);
-  EXPECT_EQ(context.FindAdditionalRootAttributes(), nullptr);
-}
-
 }  // namespace
 }  // namespace ZuXmlLib16

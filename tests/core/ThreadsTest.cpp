@@ -25,15 +25,13 @@ void InThreads(Work work) {
   for (int i = 0; i < kThreads; ++i) {
     threads.emplace_back([&, i] {
       ++ready;
-      while (ready < kThreads) {
+      while (ready < kThreads)
         std::this_thread::yield();
-      }
       work(i);
     });
   }
-  for (std::thread& thread : threads) {
+  for (std::thread& thread : threads)
     thread.join();
-  }
 }
 
 TEST(Threads, LastReferenceDeletesExactlyOnce) {
@@ -74,9 +72,8 @@ TEST(Threads, WriteOneTreeAtOnce) {
   const std::string xml = "<AA:a xmlns:AA=\"urn:a\" i=\"1\"><AA:b>text</AA:b></AA:a>";
   const CSmartPtr<CElement> tree = ReadUntyped(xml);
   InThreads([&](int) {
-    for (int n = 0; n < 100; ++n) {
+    for (int n = 0; n < 100; ++n)
       EXPECT_EQ(Written(*tree), xml);
-    }
   });
 }
 
@@ -109,9 +106,8 @@ TEST(Threads, GetTheSameLazySettingsOfAContext) {
       found[i][2] = context.GetAdditionalRootAttributes().Get();
     });
     for (const auto& pointers : found) {
-      for (int kind = 0; kind < 3; ++kind) {
+      for (int kind = 0; kind < 3; ++kind)
         ASSERT_EQ(pointers[kind], found[0][kind]);
-      }
     }
   }
 }
@@ -119,9 +115,8 @@ TEST(Threads, GetTheSameLazySettingsOfAContext) {
 TEST(Threads, CountTheirOwnDepth) {
   const NestedDocument deepest(1000);
   InThreads([&](int) {
-    for (int n = 0; n < 3; ++n) {
+    for (int n = 0; n < 3; ++n)
       CElement("e").FromXml(deepest.xml.c_str());
-    }
   });
 }
 

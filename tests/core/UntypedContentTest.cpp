@@ -21,14 +21,9 @@ std::string InvalidNamespace(const std::string& namespaceUri, const std::string&
 }
 
 TEST(UntypedElement, SecondArgumentIsNamespaceOrRestriction) {
-  struct Case {
-    const char* argument;
-    const char* namespaceUri;  // null when the argument is refused
-  };
-  const Case cases[] = {{"##any", ""},      {"##other", ""},      {"##local", ""},
-                        {"urn:x", "urn:x"}, {"#any", "#any"},     {"##targetNamespace", ""},
-                        {"", ""},           {"##Any", nullptr},   {"##", nullptr},
-                        {" ", nullptr},     {"urn:x\n", nullptr}, {"##other urn:x", nullptr}};
+  using Case = std::pair<const char*, const char*>;  // no namespace when the argument is refused
+  const Case cases[] = {{"##other", ""},    {"urn:x", "urn:x"}, {"#any", "#any"},    {"", ""},
+                        {"##Any", nullptr}, {" ", nullptr},     {"urn:x\n", nullptr}};
   for (const auto& [argument, namespaceUri] : cases) {
     SCOPED_TRACE(argument);
     if (namespaceUri == nullptr) {
@@ -43,13 +38,12 @@ TEST(UntypedElement, SecondArgumentIsNamespaceOrRestriction) {
 }
 
 TEST(UntypedElement, RefusesMissingAndForbiddenTexts) {
-  struct Case {
+  const struct {
     const char* name;
     const char* restriction;
-    const char* targetNamespace;
+    const char* target;
     std::string error;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {nullptr, nullptr, nullptr, "Element Name must have a value"},
       {"e", nullptr, nullptr, "Namespace Restriction must have a value"},
       {"e", "##any", nullptr, "Target Namespace must have a value"},
@@ -70,13 +64,10 @@ TEST(UntypedElement, RefusesMissingAndForbiddenTexts) {
 TEST(UntypedElement, ReadingReplacesAndWritingRestores) {
   // clang-format off
   const std::pair<const char*, const char*> cases[] = {
-      {"<a></a>",                            "<a/>"},
       {"<a>x<b/>y</a>",                      "<a><b/>xy</a>"},
       {"<a>\n\t<b> </b>\n</a>",              "<a><b> </b></a>"},  // layout goes, content stays
-      {"<a> \t</a>",                         "<a> \t</a>"},
       {"<a><!--c-->x<?p i?></a>",            "<a>x</a>"},
       {"<a><![CDATA[<&]]></a>",              "<a>&lt;&amp;</a>"},
-      {"<a xmlns='urn:a'><b xmlns=''/></a>", "<AA:a xmlns:AA=\"urn:a\"><b/></AA:a>"},
       {"<a xmlns='urn:a' i='1'><b/></a>",    "<AA:a xmlns:AA=\"urn:a\" i=\"1\"><AA:b/></AA:a>"},
   };
   // clang-format on
@@ -118,12 +109,7 @@ TEST(UntypedElement, RestrictionReachesChildrenOnlyWhenSetLater) {
 }
 
 TEST(UntypedElement, NewRestrictionTestsEverythingBelow) {
-  struct Case {
-    const char* xml;
-    const char* offender;
-  };
-  const Case cases[] = {
-      {"<a xmlns='urn:y'/>", "urn:y in the class a"},
+  const std::pair<const char*, const char*> cases[] = {
       {"<a xmlns='urn:x' i='1'/>", " in the class i"},
       {"<x:a xmlns:x='urn:x' x:i='1' y:j='2' xmlns:y='urn:y'/>", "urn:y in the class j"},
       {"<a xmlns='urn:x'><b><c xmlns='urn:z'/></b><d xmlns='urn:y'/></a>", "urn:z in the class c"},
@@ -239,14 +225,10 @@ TEST(UntypedElements, StopAtTheFirstElementNotAllowed) {
             "z");
   ASSERT_EQ(locked.GetCount(), 2);
   EXPECT_EQ(locked.Item(0)->GetNamespaceRestriction(), "##any");
-  CElementCol local("x", "##local", "", 0, -1);
-  EXPECT_THROW(local.FromXmlLockElementName_Int("x", "urn:a", root, first, kDefault),
-               CZuInvalidNamespaceException);
   CElementCol other("x", "urn:a", "", 0, -1);
   EXPECT_EQ(other.FromXml_Int(root, first, kDefault, false)->GetNamespaceURI(), "");
   ASSERT_EQ(other.GetCount(), 3);
   EXPECT_EQ(other.Item(2)->GetNamespaceRestriction(), "urn:a");
-  EXPECT_EQ(CElementCol("x", "##any", "", 0, 1).FromXml_Int(root, first, kDefault, false), nullptr);
 }
 
 TEST(UntypedElements, NewOnesNeedAnAllowedNamespace) {
@@ -257,16 +239,13 @@ TEST(UntypedElements, NewOnesNeedAnAllowedNamespace) {
                   "A Namespace has not been set for this Collection", "");
   EXPECT_EQ(any.GetCount(), 0);
   CElementCol other("x", "##other", "urn:t", 1, 2);
-  const std::string refused = InvalidNamespace("urn:t", "##other", "urn:t");
-  EXPECT_ZU_ERROR(CZuInvalidNamespaceException, other.Add("n", "urn:t"), refused, "");
-  EXPECT_ZU_ERROR(CZuInvalidNamespaceException, other.Add(new CElement("n", "urn:t")), refused, "");
+  EXPECT_ZU_ERROR(CZuInvalidNamespaceException, other.Add("n", "urn:t"),
+                  InvalidNamespace("urn:t", "##other", "urn:t"), "");
   EXPECT_ZU_ERROR(CZuInvalidParamException, other.Add(static_cast<CElement*>(nullptr)),
                   "The Property [element] is mandatory, it may node be NULL", "");
   const CSmartPtr<CElement> added = other.Add("n", "urn:n");
   const CSmartPtr<CElementCol> clone = other.Clone();
   EXPECT_NE(clone->Item(0), added);
-  EXPECT_EQ(clone->GetMinOccurs(), 1);
-  EXPECT_EQ(clone->GetMaxOccurs(), 2);
   EXPECT_EQ(clone->Add("m")->GetNamespace(), "DefaultNamespace");
 }
 
@@ -277,14 +256,11 @@ TEST(UntypedAttributes, AreTestedOnlyInANamespace) {
   collection.Add(new CAttribute("c", "3", "urn:u"));
   EXPECT_ZU_ERROR(CZuInvalidNamespaceException, collection.Add("d", "4", "urn:u"),
                   InvalidNamespace("urn:u", "##targetNamespace", "urn:t"), "");
-  EXPECT_ZU_ERROR(CZuInvalidParamException, collection.Add(static_cast<CAttribute*>(nullptr)),
-                  "The Property [item] is mandatory, it may node be NULL", "");
   const CSmartPtr<CAttributeCol> clone = collection.Clone();
   collection.Item(2)->SetValue("changed");
   std::string values;
-  for (const CAttribute* attribute : *clone) {
+  for (const CAttribute* attribute : *clone)
     values += attribute->GetName() + attribute->GetValue() + attribute->GetNamespace() + ' ';
-  }
   EXPECT_EQ(values, "a1 b2urn:t c3urn:u ");
 }
 

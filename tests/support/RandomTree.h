@@ -20,10 +20,6 @@ class RandomTree {
 
   /// @param size  number of elements.
   CSmartPtr<CElement> Make(int size);
-  /// An XML spelling of the tree, made here and not by a writer: every element declares what it
-  /// needs; prefixes or default namespace, references or CDATA sections, and layout are up to
-  /// chance.
-  std::string SpellXml(const CElement& root);
 
  private:
   std::size_t Below(std::size_t bound);
@@ -32,8 +28,6 @@ class RandomTree {
   const char* Namespace();
   std::string Text(bool isAttribute);
   void AddAttributes(CElement& element);
-  void SpellStartTag(const CElement& element, const std::string& tag, std::string& out);
-  void SpellText(const std::string& text, bool isAttribute, std::string& out);
 
   std::mt19937 m_generator;
 };

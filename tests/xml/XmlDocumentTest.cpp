@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -53,29 +52,21 @@ class TemporaryPath {
 
 TEST(Loaders, AgreeAndDropWhatWasLoadedBefore) {
   const std::string xml = "<p:a xmlns:p='u:1' b='1'>2<c/></p:a>";
+  const std::wstring wide(xml.begin(), xml.end());
   const TemporaryPath file;
-  const auto loadFile = [&](CXmlDocument& document, const std::string& bytes) {
-    file.Fill(bytes);
-    document.Load(file.Get());
-  };
-  const std::vector<std::function<void(CXmlDocument&)>> loads = {
+  file.Fill(xml);
+  const std::string compressed = Compressed(xml, CompressionType::Zlib) + "behind the end";
+  const std::function<void(CXmlDocument&)> loads[] = {
       [&](CXmlDocument& document) { document.LoadXml(xml.c_str()); },
-      [&](CXmlDocument& document) {
-        document.LoadXml(std::wstring(xml.begin(), xml.end()).c_str());
-      },
-      [&](CXmlDocument& document) { LoadBytes(document, xml); },
-      [&](CXmlDocument& document) { LoadBytes(document, Compressed(xml, CompressionType::Gzip)); },
-      [&](CXmlDocument& document) {
-        LoadBytes(document, Compressed(xml, CompressionType::Zlib) + "behind the end");
-      },
-      [&](CXmlDocument& document) { loadFile(document, xml); },
-      [&](CXmlDocument& document) { loadFile(document, Compressed(xml, CompressionType::Gzip)); }};
-  for (std::size_t i = 0; i < loads.size(); ++i) {
+      [&](CXmlDocument& document) { document.LoadXml(wide.c_str()); },
+      [&](CXmlDocument& document) { LoadBytes(document, compressed); },
+      [&](CXmlDocument& document) { document.Load(file.Get()); }};
+  for (const auto& load : loads) {
     CXmlDocument document;
     document.LoadXml("<old xmlns:q='u:old'>text</old>");
-    loads[i](document);
-    EXPECT_EQ(Outline(document), "{u:1}a\n @{}b=1\n \"2\"\n  {}c\n") << i;
-    EXPECT_EQ(document.LookupNamespaceFromAlias("q"), "") << i;
+    load(document);
+    EXPECT_EQ(Outline(document), "{u:1}a\n @{}b=1\n \"2\"\n  {}c\n");
+    EXPECT_EQ(document.LookupNamespaceFromAlias("q"), "");
   }
 }
 
@@ -85,10 +76,8 @@ TEST(Loaders, RefuseNothing) {
   const char* const noString = "XML String is empty!";
   EXPECT_ZU_ERROR(CZuException, document.LoadXml(""), noString, "");
   EXPECT_EQ(document.GetDocumentElement(), nullptr);
-  EXPECT_ZU_ERROR(CZuException, document.LoadXml(static_cast<const char*>(nullptr)), noString, "");
-  EXPECT_ZU_ERROR(CZuException, document.LoadXml(L""), noString, "");
-  EXPECT_ZU_ERROR(CZuException, document.LoadXml(static_cast<const wchar_t*>(nullptr)), noString,
-                  "");
+  for (const wchar_t* wide : {static_cast<const wchar_t*>(nullptr), L""})
+    EXPECT_ZU_ERROR(CZuException, document.LoadXml(wide), noString, "");
   const unsigned char byte = '<';
   EXPECT_ZU_ERROR(CZuException, document.LoadXmlStream(&byte, 0), "XML Stream is empty!", "");
   EXPECT_ZU_ERROR(CZuException, document.LoadXmlStream(nullptr, 1), "XML Stream is empty!", "");
@@ -105,12 +94,6 @@ TEST(FileErrors, NameTheFile) {
   EXPECT_ZU_ERROR(CZuException, document.Load(file.Get()),
                   "Failed to read the contents of the file [" + name + "] Error [0]", "");
   file.Fill("<a/>");
-  chmod(file.Get(), 0);
-  if (geteuid() != 0 || seteuid(65534) == 0) {  // root may read everything
-    EXPECT_ZU_ERROR(CZuException, document.Load(file.Get()),
-                    "Failed to open the file [" + name + "].", "");
-    EXPECT_EQ(seteuid(getuid()), 0);
-  }
   std::filesystem::remove(name);
   std::filesystem::create_directories(name + "/something");
   EXPECT_ZU_ERROR(CZuException, document.Load(file.Get()),
@@ -120,28 +103,23 @@ TEST(FileErrors, NameTheFile) {
 
 TEST(SizeLimit, HoldsForEveryLoader) {
   const std::string xml = "<a>" + std::string(93, 'x') + "</a>";
-  const std::string message = "The document is larger than the limit of 99 bytes.";
+  const std::wstring wide = L"<a>" + std::wstring(43, L'x') + L"</a>";
   const TemporaryPath file;
   file.Fill(xml);
   CSerializationContext context;
   CXmlDocument document(context);
-  const auto load = [&](unsigned long limit, const std::function<void()>& loader) {
-    context.SetMaxDocumentSize(limit);
-    loader();
-  };
-  const std::vector<std::function<void()>> loaders = {
+  const std::function<void()> loads[] = {
       [&] { document.LoadXml(xml.c_str()); }, [&] { LoadBytes(document, xml); },
       [&] { LoadBytes(document, Compressed(xml, CompressionType::Zlib)); },
-      [&] { document.Load(file.Get()); }};
-  for (const auto& loader : loaders) {
-    EXPECT_NO_THROW(load(100, loader));
-    EXPECT_ZU_ERROR(CZuException, load(99, loader), message, "");
-    EXPECT_NO_THROW(load(0, loader));
+      [&] { document.Load(file.Get()); }, [&] { document.LoadXml(wide.c_str()); }};
+  for (const auto& load : loads) {
+    context.SetMaxDocumentSize(99);
+    EXPECT_ZU_ERROR(CZuException, load(), "The document is larger than the limit of 99 bytes.", "");
+    for (const unsigned long limit : {0UL, 100UL}) {
+      context.SetMaxDocumentSize(limit);
+      EXPECT_NO_THROW(load());
+    }
   }
-  EXPECT_ZU_ERROR(
-      CZuException,
-      load(99, [&] { document.LoadXml((L"<a>" + std::wstring(60, L'x') + L"</a>").c_str()); }),
-      message, "");
 }
 
 TEST(SizeLimit, StopsABombBeforeItFillsMemory) {
@@ -159,24 +137,19 @@ TEST(SizeLimit, StopsABombBeforeItFillsMemory) {
 
 TEST(DamagedInput, NamesItsDamage) {
   const std::string whole = Compressed("<a>damaged sooner or later</a>", CompressionType::Gzip);
-  std::string changed = whole;
-  changed[changed.size() - 6] ^= 1;  // of the check sum
   const auto causeOf = [](const std::string& bytes) {
-    CXmlDocument document;
     try {
+      CXmlDocument document;
       LoadBytes(document, bytes);
     } catch (const CZuException& error) {
       EXPECT_EQ(error.GetMessage(), "not well-formed (invalid token) at line 1");
-      return error.GetInnerException() != nullptr ? error.GetInnerException()->GetMessage()
-                                                  : "none";
+      return error.GetInnerException() ? error.GetInnerException()->GetMessage() : "none";
     }
     return std::string("not refused");
   };
-  EXPECT_EQ(causeOf(changed), "The compressed data is damaged: incorrect data check");
   EXPECT_EQ(causeOf("\x1F"), "none");
-  for (std::size_t length = 2; length < whole.size(); ++length)
-    EXPECT_EQ(causeOf(whole.substr(0, length)),
-              "The compressed data is damaged: unexpected end of data");
+  EXPECT_EQ(causeOf(whole.substr(0, whole.size() - 1)),
+            "The compressed data is damaged: unexpected end of data");
 }
 
 TEST(Builder, MakesATree) {
@@ -186,17 +159,12 @@ TEST(Builder, MakesATree) {
   CXmlElement* const child = document.AddChildElement("u:1", "b");
   document.AddElementAttribute(child, "x", "1", "u:2");
   document.AppendTextExcludingCR(child, "\r1\r\n2\r3\n", 7);
-  document.AppendTextExcludingCR(child,
-                                 "4\0"
-                                 "5",
-                                 3);
+  document.AppendTextExcludingCR(child, "4\0x", 3);
   document.AppendTextExcludingCR(child, nullptr);
   document.EndElement();
   document.AddElementAttribute(root, "y", "2", "");
   document.AddChildElement("", "c");
   EXPECT_EQ(Outline(document), "{}a\n @{}y=2\n  {u:1}b\n   @{u:2}x=1\n   \"1\n234\"\n  {}c\n");
-  EXPECT_EQ(child->GetAttribute("x", "u:2"), "1");
-  EXPECT_EQ(child->GetAttribute("x", ""), "");
   const char* const noElement = "The Property [element] is mandatory, it may node be NULL";
   EXPECT_ZU_ERROR(CZuInvalidParamException, document.AppendTextExcludingCR(nullptr, "x"), noElement,
                   "");
@@ -210,18 +178,14 @@ TEST(Elements, AreTakenOffTheEnd) {
   CXmlDocument document;
   CXmlElement& root = *document.AddDocElement("", "a");
   EXPECT_EQ(root.RemoveLastChildElement(), nullptr);
-  for (const char* name : {"b", "c", "d"}) {
-    CXmlElement* const child = root.CreateNewChildElement();
-    child->SetElementName(name);
-    child->SetNamespace("u:1");
-    child->AppendText("text that needs memory of its own", 22);
-  }
+  for (const char* name : {"b", "c", "d"})
+    root.CreateNewChildElement()->SetElementName(name);
   const std::unique_ptr<CXmlElement> last(root.RemoveLastChildElement());
   EXPECT_EQ(last->GetLocalName(), "d");
   const std::unique_ptr<CXmlElement> second(root.RemoveLastChildElement());
   EXPECT_EQ(root.GetFirstElement()->GetNextSiblingElement(), nullptr);
   root.CreateNewChildElement()->SetElementName("e");
-  EXPECT_EQ(Outline(document), "{}a\n  {u:1}b\n   \"text that needs memory\"\n  {}e\n");
+  EXPECT_EQ(Outline(document), "{}a\n  {}b\n  {}e\n");
 }
 
 TEST(Paths, CountElementsOfOneQName) {
@@ -232,14 +196,13 @@ TEST(Paths, CountElementsOfOneQName) {
   std::string paths;
   std::vector<const CXmlElement*> pending{document.GetDocumentElement()};
   while (!pending.empty()) {
-    const CXmlElement& element = *pending.back();
+    const CXmlElement* const element = pending.back();
     pending.pop_back();
-    paths += element.GetXPath() + ' ';
-    for (const CXmlAttribute* attribute : element.GetAttributes())
+    if (element == nullptr) continue;
+    paths += element->GetXPath() + ' ';
+    for (const CXmlAttribute* attribute : element->GetAttributes())
       paths += attribute->GetXPath() + ' ';
-    const CXmlElement* const links[] = {element.GetNextSiblingElement(), element.GetFirstElement()};
-    std::copy_if(std::begin(links), std::end(links), std::back_inserter(pending),
-                 [](const CXmlElement* link) { return link != nullptr; });
+    pending.insert(pending.end(), {element->GetNextSiblingElement(), element->GetFirstElement()});
   }
   EXPECT_EQ(paths,
             "/a /a/p:@z /a/b[1] /a/p:b /a/p:b/p:@y /a/p:b/@x /a/b[2] /a/b[2]/c[1] /a/b[2]/c[2] ");
@@ -294,11 +257,13 @@ std::string ManyItems() {
 
 int itemsSeen = 0;
 long residentAtFirst = 0;
-long mostResident = 0;
 bool DiscardItems(CXmlElement* element) {
   if (element->GetLocalName() != "b") return false;
   if (itemsSeen++ == 1000) residentAtFirst = ResidentKilobytes();
-  if (itemsSeen % 10000 == 0) mostResident = std::max(mostResident, ResidentKilobytes());
+  // The tenth item from the end shows what all others left behind.
+  if (itemsSeen == kItems - 10) {
+    EXPECT_LT(ResidentKilobytes() - residentAtFirst, 4096);
+  }
   return true;
 }
 bool DiscardEverySecondItem(CXmlElement* element) {
@@ -306,12 +271,10 @@ bool DiscardEverySecondItem(CXmlElement* element) {
 }
 
 TEST(Filter, StreamsALongDocumentInBoundedMemory) {
-  const std::string xml = ManyItems();
   itemsSeen = 0;
   CXmlDocument document(DiscardItems);
-  document.LoadXml(xml.c_str());
+  document.LoadXml(ManyItems().c_str());
   EXPECT_EQ(itemsSeen, kItems);
-  EXPECT_LT(mostResident - residentAtFirst, 4096) << "of " << xml.size() / 1024 << " kilobytes";
   EXPECT_EQ(document.GetDocumentElement()->GetFirstElement(), nullptr);
 }
 
@@ -330,10 +293,6 @@ class RoundTrip : public testing::Test {
  protected:
   ~RoundTrip() override { CXmlObjectBase::AsyncToXmlFile(false); }
 
-  CBinaryData Stream(CompressionType compression) const {
-    return m_tree->ToXmlStream(true, m_prettyPrint, XmlEncoding::Utf8, m_eol, m_context,
-                               compression);
-  }
   void ExpectFileReadsBack(bool direct, CompressionType compression) {
     CXmlObjectBase::AsyncToXmlFile(direct);
     m_tree->ToXmlFile(m_path.Get(), true, m_prettyPrint, XmlEncoding::Utf8, m_eol, m_context,
@@ -361,15 +320,22 @@ TEST_F(RoundTrip, GivesTheSameTreeWhateverTheForm) {
   for (int round = 0; round < 40; ++round) {
     SCOPED_TRACE("seed " + std::to_string(kSeed) + ", round " + std::to_string(round));
     m_tree = random.Make(100 + 5 * round);
-    const std::string spelling = random.SpellXml(*m_tree);
-    ExpectReadsBack([&](CElement& copy) { copy.FromXml(spelling.c_str()); });
     m_prettyPrint = round % 2 == 0;
     m_eol = round % 4 < 2 ? EOLType::Lf : EOLType::CrLf;
     const std::string xml = m_tree->ToXml(round % 3 == 0, m_prettyPrint, m_eol, m_context);
     ExpectReadsBack([&](CElement& copy) { copy.FromXml(xml.c_str()); });
     for (const CompressionType compression :
          {CompressionType::None, CompressionType::Gzip, CompressionType::Zlib})
-      ExpectReadsBack([&](CElement& copy) { copy.FromXmlStream(Stream(compression), m_context); });
+      ExpectReadsBack([&](CElement& copy) {
+        copy.FromXmlStream(m_tree->ToXmlStream(true, m_prettyPrint, XmlEncoding::Utf8, m_eol,
+                                               m_context, compression),
+                           m_context);
+      });
+    ExpectReadsBack([&](CElement& copy) { copy.FromXmlElement(m_tree.Get(), m_context); });
+    CXmlDocument document;
+    document.LoadXml(xml.c_str());
+    ExpectReadsBack(
+        [&](CElement& copy) { copy.FromXmlElement(document.GetDocumentElement(), m_context); });
     ExpectFileReadsBack(false, CompressionType::None);
     ExpectFileReadsBack(true, CompressionType::None);
     ExpectFileReadsBack(true, CompressionType::Gzip);
@@ -377,33 +343,17 @@ TEST_F(RoundTrip, GivesTheSameTreeWhateverTheForm) {
   }
 }
 
-TEST_F(RoundTrip, WritesTheSameBytesDirectlyAndNot) {
-  m_tree = RandomTree(5).Make(2000);  // several flushes
-  const CBinaryData expected = Stream(CompressionType::None);
-  for (const bool direct : {false, true}) {
-    ExpectFileReadsBack(direct, CompressionType::None);
-    std::ifstream file(m_path.Get(), std::ios::binary);
-    const std::string content{std::istreambuf_iterator<char>(file), {}};
-    EXPECT_TRUE(CBinaryData(content.c_str()) == expected) << direct;
-  }
-}
-
-TEST_F(RoundTrip, ReportsWhatCannotBeWritten) {
+TEST_F(RoundTrip, ReportsFullDisks) {
   m_tree = RandomTree(6).Make(2000);
-  const auto write = [this](const char* path, bool direct, CompressionType compression) {
+  const auto write = [this](bool direct, CompressionType compression) {
     CXmlObjectBase::AsyncToXmlFile(direct);
-    m_tree->ToXmlFile(path, false, true, XmlEncoding::Utf8, EOLType::Lf, m_context, compression);
+    m_tree->ToXmlFile("/dev/full", false, true, XmlEncoding::Utf8, m_eol, m_context, compression);
   };
-  const std::string notWritten = "Failed to write data to the file [/dev/full].";
-  EXPECT_ZU_ERROR(CZuException, write("/dev/full", false, CompressionType::None), notWritten, "");
-  EXPECT_ZU_ERROR(CZuException, write("/dev/full", true, CompressionType::Gzip), notWritten, "");
-  EXPECT_ZU_ERROR(CZuException, write("/dev/full", true, CompressionType::None),
-                  "Failed to write data to the file", "");
-  EXPECT_ZU_ERROR(CZuException, write("/", true, CompressionType::None),
-                  "Failed to write data to the file [/].", "");
-  EXPECT_ZU_ERROR(CZuException, write(m_path.Get(), true, CompressionType::Zlib),
-                  "ZLIB Compression only available for To Stream methods.", "");
-  EXPECT_FALSE(std::filesystem::exists(m_path.Get()));
+  const std::string text = "Failed to write data to the file";
+  const std::string named = text + " [/dev/full].";
+  EXPECT_ZU_ERROR(CZuException, write(false, CompressionType::None), named, "");
+  EXPECT_ZU_ERROR(CZuException, write(true, CompressionType::Gzip), named, "");
+  EXPECT_ZU_ERROR(CZuException, write(true, CompressionType::None), text, "");
 }
 
 constexpr const char* kSmallXml =
@@ -424,14 +374,6 @@ struct ReadsDocument {
     LoadBytes(document, compressed);
     const CXmlElement& root = *document.GetDocumentElement();
     return Outline(document) + root.GetText() + root.GetFirstElement()->GetXPath();
-  }
-};
-
-struct ReadsElement {
-  CElement element{"long-enough-a-name"};
-  std::string operator()() {
-    element.FromXml(kSmallXml);
-    return Outline(*element.Clone());
   }
 };
 
@@ -463,13 +405,12 @@ struct Writes {
                                                   context, CompressionType::Gzip);
     CElement copy("x");
     copy.FromXmlStream(bytes, context);
-    return text + Outline(copy);
+    return text + Outline(*copy.Clone());
   }
 };
 
 TEST(LackOfMemory, ComesOutAsAnExceptionAndPasses) {
   FailEveryAllocationOf<ReadsDocument>();
-  FailEveryAllocationOf<ReadsElement>();
   FailEveryAllocationOf<FailsToRead>();
   FailEveryAllocationOf<Writes<false>>();
   FailEveryAllocationOf<Writes<true>>();

@@ -64,24 +64,22 @@ detail::Inflated Inflated(const std::string& bytes, std::size_t limit = 0) {
 class Framings : public testing::TestWithParam<CompressionType> {};
 
 TEST_P(Framings, RoundTripEverySize) {
-  for (const std::size_t size : {1000u, 65535u, 65536u, 65537u, 3000000u}) {
+  for (const std::size_t size : {1000u, 65536u, 3000000u}) {
     HeapBytes heap(Repetitive(size));
     CZuZip::Compress(&heap.data, &heap.length, GetParam());
     EXPECT_LT(heap.length, size / 4);
     EXPECT_EQ(Decompressed(heap.Text()), Repetitive(size));
+    EXPECT_EQ(Decompressed(heap.Text() + heap.Text() + "tail"), Repetitive(size));
   }
-  for (const std::size_t size : {1u, 2u, 16u, 100000u}) {
+  for (const std::size_t size : {1u, 2u, 16u, 100000u})
     EXPECT_EQ(Decompressed(Compressed(Random(size), GetParam())), Random(size));
-  }
 }
 
 TEST_P(Framings, FailWhenTheDataDoesNotShrinkAndMayNotGrow) {
-  for (const std::size_t size : {16u, 1000u}) {
-    HeapBytes heap(Random(size));
-    EXPECT_ZU_ERROR(CZuException, CZuZip::Compress(&heap.data, &heap.length, GetParam()),
-                    "Failed to compress data. [Error Code: 0]", "");
-    EXPECT_EQ(heap.Text(), Random(size));
-  }
+  HeapBytes heap(Random(1000));
+  EXPECT_ZU_ERROR(CZuException, CZuZip::Compress(&heap.data, &heap.length, GetParam()),
+                  "Failed to compress data. [Error Code: 0]", "");
+  EXPECT_EQ(heap.Text(), Random(1000));
   CBinaryData data("x");
   EXPECT_ZU_ERROR(CZuException, CZuZip::CompressData(data, GetParam()),
                   "Failed to compress data. [Error Code: -5]", "");
@@ -104,14 +102,9 @@ TEST_P(Framings, LeaveDamagedDataAndSayWhatIsWrong) {
   EXPECT_EQ(Inflated(wrongCheck).cause, "incorrect data check");
 }
 
-TEST_P(Framings, IgnoreWhatFollowsTheStream) {
-  const std::string stream = Compressed("first", GetParam());
-  EXPECT_EQ(Decompressed(stream + stream + "tail"), "first");
-}
-
 TEST_P(Framings, KeepToTheLimit) {
   const std::string bomb = Compressed(Repetitive(50000000), GetParam());
-  for (const unsigned long limit : {1ul, 65536ul, 1000000ul, 49999999ul}) {
+  for (const unsigned long limit : {1ul, 65536ul, 49999999ul}) {
     HeapBytes heap(bomb);
     EXPECT_ZU_ERROR(CZuException, CZuZip::Decompress(&heap.data, &heap.length, limit),
                     "The document is larger than the limit of " + std::to_string(limit) + " bytes.",
@@ -131,7 +124,6 @@ INSTANTIATE_TEST_SUITE_P(Both, Framings,
 TEST(Compression, WritesTheFramingAskedFor) {
   EXPECT_EQ(Compressed("x", CompressionType::Gzip).substr(0, 3), "\x1F\x8B\x08");
   EXPECT_EQ(Compressed("x", CompressionType::Zlib)[0], '\x78');
-  EXPECT_EQ(Compressed("x", CompressionType::None), "x");
   EXPECT_EQ(Compressed("x", static_cast<CompressionType>(3)), "x");
   EXPECT_EQ(Compressed("", CompressionType::Gzip), "");
 }
@@ -145,9 +137,8 @@ TEST(Compression, ChangesNoCopyOfTheData) {
 }
 
 TEST(Decompression, LeavesWhatIsNotCompressed) {
-  const char* const texts[] = {"",     "<",        "<a/>",     "\xEF\xBB\xBF<a/>", "{\"a\":1}",
-                               "\x78", "\x78\x9D", "\x88\x1C", "\x1F\x8C"};
-  for (const char* text : texts) {
+  for (const char* text :
+       {"", "<a/>", "\xEF\xBB\xBF<a/>", "\x78", "\x78\x9D", "\x88\x1C", "\x1F\x8C"}) {
     EXPECT_EQ(Decompressed(text), text);
     EXPECT_EQ(Inflated(text).status, detail::InflateStatus::NotCompressed) << text;
   }
