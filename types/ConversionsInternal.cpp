@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <limits>
 #include <type_traits>
 
@@ -208,6 +209,41 @@ Integer ParseUnusualInteger(std::string_view text, WhitespaceRule rule) {
     if (value < Limits::min() || value > Limits::max()) ThrowTooLarge(text, Row::kCode);
     return static_cast<Integer>(value);
   }
+}
+
+namespace {
+
+/// Eight digits in one word, the first in its lowest byte.
+bool ParseEightDigits(const char* text, std::uint64_t& value) {
+  constexpr std::uint64_t kHighHalves = 0xF0F0F0F0F0F0F0F0;
+  std::uint64_t word = 0;
+  std::memcpy(&word, text, sizeof(word));
+  const std::uint64_t aboveNine = ((word + 0x0606060606060606) & kHighHalves) >> 4;
+  if (((word & kHighHalves) | aboveNine) != 0x3333333333333333) return false;
+  // Neighbours are joined to numbers of two, four and eight digits.
+  word = ((word & 0x0F0F0F0F0F0F0F0F) * (10 * 256 + 1)) >> 8;
+  word = ((word & 0x00FF00FF00FF00FF) * (100 * 65536 + 1)) >> 16;
+  value = ((word & 0x0000FFFF0000FFFF) * (10000 * (std::uint64_t{1} << 32) + 1)) >> 32;
+  return true;
+}
+
+}  // namespace
+
+bool ParseLongUnsigned(std::string_view text, std::uint64_t& value) {
+  constexpr std::size_t kTail = 16;
+  constexpr std::uint64_t kTailRange = 10000000000000000;
+  if (text.size() < kTail || text.size() > kTail + 4) return false;
+  std::uint64_t head = 0;
+  for (const char digit : text.substr(0, text.size() - kTail)) {
+    if (digit < '0' || digit > '9') return false;
+    head = head * 10 + static_cast<std::uint64_t>(digit - '0');
+  }
+  const char* const tail = text.data() + text.size() - kTail;
+  std::uint64_t high = 0;
+  std::uint64_t low = 0;
+  if (!ParseEightDigits(tail, high) || !ParseEightDigits(tail + 8, low)) return false;
+  return !__builtin_mul_overflow(head, kTailRange, &value) &&
+         !__builtin_add_overflow(value, high * 100000000 + low, &value);
 }
 
 template signed char ParseUnusualInteger(std::string_view, WhitespaceRule);

@@ -2,6 +2,7 @@
 
 #include <charconv>
 #include <cstddef>
+#include <cstdint>
 #include <iterator>
 #include <string>
 #include <string_view>
@@ -63,9 +64,17 @@ constexpr bool IsKnownRule(WhitespaceRule rule) {
 template <class Integer>
 Integer ParseUnusualInteger(std::string_view text, WhitespaceRule rule);
 
+/// Reads 16 to 20 digits, eight at a time where from_chars tests each for overflow.
+/// @return false for any other text, and for a value that does not fit.
+bool ParseLongUnsigned(std::string_view text, std::uint64_t& value);
+
 /// Integer is one of the eight types of the codes i1 to ui8.
 template <class Integer>
 Integer ParseInteger(std::string_view text, WhitespaceRule rule) {
+  if constexpr (std::is_unsigned_v<Integer> && sizeof(Integer) == sizeof(std::uint64_t)) {
+    std::uint64_t number = 0;
+    if (ParseLongUnsigned(text, number) && IsKnownRule(rule)) return number;
+  }
   Integer value{};
   const char* const end = text.data() + text.size();
   const auto [last, error] = std::from_chars(text.data(), end, value);

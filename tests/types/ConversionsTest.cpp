@@ -50,6 +50,9 @@ TEST(Conversions, ReadAndWriteLexicalForms) {
       {Rewritten<ItemType::i4>, "\v7", "7"},
       {Rewritten<ItemType::i4>, "12\0x"s, "12"}, {Rewritten<ItemType::ui1>, "-18446744073709551615", "1"},
       {Rewritten<ItemType::ui4>, "-1", "18446744073709551615"},
+      {Rewritten<ItemType::ui8>, "18446744073709551615", "18446744073709551615"},
+      {Rewritten<ItemType::ui8>, "00001234567890123456", "1234567890123456"},
+      {Rewritten<ItemType::ui8>, "1234567890123456", "1234567890123456"},
       {Rewritten<ItemType::r4>, "16777217", "1.677722e+07"},
       // Rounded to double first: 1 + 2^-24 and a little more becomes a tie, and the tie 1.
       {Rewritten<ItemType::r4>, "1.00000005960464477540", "1"},
@@ -94,6 +97,9 @@ TEST(Conversions, RefuseOtherTextsWithTheirMessages) {
       {Rewritten<ItemType::ui8>, "1.0", "] can not be converted to a ui8"},
       // Out of range comes before what stands behind the number.
       {Rewritten<ItemType::i4>, "99999999999999999999x", "] is to large to fit in a i4"},
+      {Rewritten<ItemType::ui8>, "18446744073709551616", "] is to large to fit in a ui8"},
+      {Rewritten<ItemType::ui8>, "1234567890123456:", "] can not be converted to a ui8"},
+      {Rewritten<ItemType::ui8>, "123456789012345/7", "] can not be converted to a ui8"},
       {Rewritten<ItemType::i8>, "-9223372036854775809", "] is to large to fit in a i8"},
       {Rewritten<ItemType::ui4>, "18446744073709551616", "] is to large to fit in a ui4"},
       {Rewritten<ItemType::ui8>, "18446744073709551616", "] is to large to fit in a ui8"},
