@@ -112,6 +112,123 @@ void ThrowUnknownAlias(const std::string& alias) {
   throw CZuException(FormatString("Namespace alias [%s] not found", alias.c_str()));
 }
 
+void ThrowProcessingFailed(const std::string& path, const CZuException& cause) {
+  throw CZuValidationException("Failed to process the element.", path, cause);
+}
+
+void ThrowConversionFailed(const std::string& name, const CZuException& cause) {
+  throw CZuValidationException(
+      FormatString("Failed to convert the element [%s] to XML", name.c_str()), cause);
+}
+
+void ThrowAttributesFailed(const CZuException& cause) {
+  throw CZuException("Failed to convert attributes to XML", cause);
+}
+
+void ThrowUnexpectedElement(const std::string& parentName, const std::string& name,
+                            const std::string& path) {
+  throw CZuValidationException(
+      FormatString("Failed read all the elements held within the element [%s]. The unexpected "
+                   "element [%s] remains un processed",  // sic
+                   parentName.c_str(), name.c_str()),
+      path);
+}
+
+void ThrowNoChoiceFound(const std::string& name, const std::string& path) {
+  throw CZuValidationException(
+      FormatString("No child elements within the element [%s] were populated. The element "
+                   "represents a choice, so one and only one element should be populated. The "
+                   "element contained no sutable child elements",  // sic
+                   name.c_str()),
+      path);
+}
+
+void ThrowNoChoiceSet() {
+  throw CZuValidationException(
+      "This element is a choice, and as such must have at one (and only one) valid item, currently "
+      "there are none set");  // sic
+}
+
+void ThrowUnknownGroupType() {
+  throw CZuException("Unknown Group Type");
+}
+
+void ThrowUnknownXmlGroupType() {
+  throw CZuException("Unknown XML Group Type");
+}
+
+void ThrowNilNotAllowed(const std::string& path) {
+  throw CZuValidationException("Invalid use of 'nil' attribute in non-nillable element.", path);
+}
+
+void ThrowUnexpectedNilValue(const std::string& value, const std::string& path) {
+  throw CZuValidationException(
+      FormatString("Unexpected Value [%s] for 'nil' Attribute found.", value.c_str()), path);
+}
+
+void ThrowUnexpectedAttribute(const std::string& path) {
+  throw CZuValidationException("Unexpected Attribute found.", path);
+}
+
+void ThrowMandatoryPropertyIsNull(const std::string& name) {
+  throw CZuInvalidParamException(
+      FormatString("The Property [%s] is mandatory, it may not be NULL", name.c_str()));
+}
+
+void ThrowGetPropertyFailed(const std::string& name, const CZuException& cause) {
+  throw CZuValidationException(
+      FormatString("Failed to get the property value for [%s].", name.c_str()), cause);
+}
+
+void ThrowSetElementFailed(const std::string& path, const CZuException& cause) {
+  throw CZuValidationException("Failed to set the property value.", path, cause);
+}
+
+void ThrowSetAttributeFailed(const std::string& value, const std::string& path,
+                             const CZuException& cause) {
+  throw CZuValidationException(
+      FormatString("Failed to set the property value [%s].", value.c_str()), path, cause);
+}
+
+void ThrowMissingChild(const std::string& name, const std::string& path) {
+  throw CZuValidationException(
+      FormatString("Failed to find the required child element [%s].", name.c_str()), path);
+}
+
+void ThrowMissingElement(const std::string& name) {
+  throw CZuValidationException(
+      FormatString("Failed to find the mandatory element [%s].", name.c_str()));
+}
+
+void ThrowMissingAttribute(const std::string& name) {
+  throw CZuValidationException(
+      FormatString("Failed to find the required Attribute [%s].", name.c_str()));
+}
+
+void ThrowMissingSubstitution(const std::string& name, const std::string& path) {
+  throw CZuValidationException(
+      FormatString("Failed to find a suitable substitution element for [%s].", name.c_str()), path);
+}
+
+void ThrowMissingFromNamespace(const std::string& restriction, const std::string& path) {
+  throw CZuValidationException(
+      FormatString("Failed to find the required element from namespace [%s].", restriction.c_str()),
+      path);
+}
+
+void ThrowValidateNotImplemented() {
+  throw CZuException("Not implemented, should never be called");
+}
+
+void ThrowCannotCheckRestriction(const std::string& type) {
+  throw CZuException("Cannot CheckRestriction for type: " + type);
+}
+
+void ThrowNoAttributeCollection() {
+  throw CZuException(
+      "Serialization Data Error : The collection should be a CAttributeCol, it was not!");
+}
+
 void ThrowTooManyItems(const std::string& name, int maximum) {
   throw CZuValidationException(
       FormatString("The Maximum number of [%s] elements allowed in this collection is %d",

@@ -11,6 +11,8 @@
 
 namespace ZuXmlLib16 {
 
+class CZuException;
+
 // Options and parameters
 [[noreturn]] void ThrowExclusiveIgnoreOptions(const char* optionSet, const char* optionWanted);
 [[noreturn]] void ThrowIndentCharsNotWhitespace();
@@ -41,6 +43,40 @@ namespace ZuXmlLib16 {
 [[noreturn]] void ThrowMustHaveValue(const char* what);
 [[noreturn]] void ThrowReadByCollection();
 [[noreturn]] void ThrowUnknownAlias(const std::string& alias);
+
+// Generated classes
+/// What a class is raised for while it reads or writes; the cause goes with it.
+[[noreturn]] void ThrowProcessingFailed(const std::string& path, const CZuException& cause);
+[[noreturn]] void ThrowConversionFailed(const std::string& name, const CZuException& cause);
+[[noreturn]] void ThrowAttributesFailed(const CZuException& cause);
+[[noreturn]] void ThrowUnexpectedElement(const std::string& parentName, const std::string& name,
+                                         const std::string& path);
+[[noreturn]] void ThrowNoChoiceFound(const std::string& name, const std::string& path);
+[[noreturn]] void ThrowNoChoiceSet();
+/// The group type of a class is none, met when reading and when writing.
+[[noreturn]] void ThrowUnknownGroupType();
+[[noreturn]] void ThrowUnknownXmlGroupType();
+[[noreturn]] void ThrowNilNotAllowed(const std::string& path);
+[[noreturn]] void ThrowUnexpectedNilValue(const std::string& value, const std::string& path);
+[[noreturn]] void ThrowUnexpectedAttribute(const std::string& path);
+
+// Metadata
+[[noreturn]] void ThrowMandatoryPropertyIsNull(const std::string& name);
+[[noreturn]] void ThrowGetPropertyFailed(const std::string& name, const CZuException& cause);
+[[noreturn]] void ThrowSetElementFailed(const std::string& path, const CZuException& cause);
+[[noreturn]] void ThrowSetAttributeFailed(const std::string& value, const std::string& path,
+                                          const CZuException& cause);
+/// A mandatory child of a sequence, an element of an all-group, a required attribute.
+[[noreturn]] void ThrowMissingChild(const std::string& name, const std::string& path);
+[[noreturn]] void ThrowMissingElement(const std::string& name);
+[[noreturn]] void ThrowMissingAttribute(const std::string& name);
+[[noreturn]] void ThrowMissingSubstitution(const std::string& name, const std::string& path);
+[[noreturn]] void ThrowMissingFromNamespace(const std::string& restriction,
+                                            const std::string& path);
+[[noreturn]] void ThrowValidateNotImplemented();
+/// @param type  code of the value's type.
+[[noreturn]] void ThrowCannotCheckRestriction(const std::string& type);
+[[noreturn]] void ThrowNoAttributeCollection();
 
 // Collections
 [[noreturn]] void ThrowTooManyItems(const std::string& name, int maximum);

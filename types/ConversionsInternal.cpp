@@ -154,13 +154,6 @@ std::string_view FormatRealAs(double value, const char* format, int digits, Text
   return buffer.chars;
 }
 
-/// @param expected  in lower-case letters or digits.
-bool EqualsIgnoringCase(std::string_view text, std::string_view expected) {
-  return std::equal(text.begin(), text.end(), expected.begin(), expected.end(), [](char a, char b) {
-    return (a >= 'A' && a <= 'Z' ? a + ('a' - 'A') : a) == b;
-  });
-}
-
 /// Two digits at least, behind the hyphens of gMonth or gDay.
 std::string_view FormatDatePart(std::string_view hyphens, unsigned char value, TextBuffer& buffer) {
   char* out = std::copy(hyphens.begin(), hyphens.end(), buffer.chars);
@@ -300,6 +293,12 @@ char ParseChar(std::string_view text, WhitespaceRule rule) {
 std::string_view FormatChar(char value, TextBuffer& buffer) {
   buffer.chars[0] = value;
   return {buffer.chars, value != '\0' ? 1u : 0u};
+}
+
+bool EqualsIgnoringCase(std::string_view text, std::string_view expected) {
+  return std::equal(text.begin(), text.end(), expected.begin(), expected.end(), [](char a, char b) {
+    return (a >= 'A' && a <= 'Z' ? a + ('a' - 'A') : a) == b;
+  });
 }
 
 std::string ParseText(std::string_view text, WhitespaceRule rule) {

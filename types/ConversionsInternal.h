@@ -56,6 +56,9 @@ class NormalizedText {
   std::string_view m_view;
 };
 
+/// @param expected  in lower-case letters or digits.
+bool EqualsIgnoringCase(std::string_view text, std::string_view expected);
+
 constexpr bool IsKnownRule(WhitespaceRule rule) {
   return rule >= WhitespaceRule::None && rule <= WhitespaceRule::Collapse;
 }

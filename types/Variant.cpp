@@ -24,6 +24,17 @@ CWhitespaceUtils::WhitespaceRule UsualRule(ItemType type) {
              : CWhitespaceUtils::WhitespaceRule::Collapse;
 }
 
+/// Whether values of the type have no memory of their own beside themselves.
+bool HasFixedSize(ItemType type) {
+  bool hasFixedSize = false;
+  VisitItem(type, [&hasFixedSize](auto tag) {
+    using Value = ItemValue<decltype(tag)::value>;
+    hasFixedSize = std::is_arithmetic_v<Value> || std::is_same_v<Value, CDateTime> ||
+                   std::is_same_v<Value, CDateTimeSpan>;
+  });
+  return hasFixedSize;
+}
+
 }  // namespace
 
 template <ItemType type, class Value>
@@ -33,15 +44,15 @@ void ZuVariant::Store(Value&& value) {
     Clear();
     const auto stored = static_cast<Stored>(value);
     std::memcpy(&m_slot, &stored, sizeof stored);
-  } else if (m_type == type && m_slot != 0) {
+  } else if (m_storedType == type && m_slot != 0) {
     *LoadSlot<Stored*>(m_slot) = std::forward<Value>(value);
-    return;  // with a value on the heap the variant is not nil
   } else {
     auto stored = std::make_unique<Stored>(std::forward<Value>(value));
     Clear();
     m_slot = reinterpret_cast<std::uintptr_t>(stored.release());
   }
-  m_type = type;
+  m_isNil = false;
+  m_type = m_storedType = type;
 }
 
 /// The new reference is taken before the old one is given back: both may be to the same object.
@@ -50,7 +61,7 @@ void ZuVariant::StoreReference(ItemType type, Object* object) {
   if (object != nullptr) object->AddRef();
   Clear();
   m_slot = reinterpret_cast<std::uintptr_t>(object);
-  m_type = type;
+  m_type = m_storedType = type;
 }
 
 ZuVariant::ZuVariant(const ZuVariant& other) {
@@ -92,13 +103,15 @@ ZuVariant::~ZuVariant() {
 void ZuVariant::Swap(ZuVariant& other) noexcept {
   std::swap(m_isNil, other.m_isNil);
   std::swap(m_type, other.m_type);
+  std::swap(m_storedType, other.m_storedType);
   std::swap(m_slot, other.m_slot);
 }
 
 void ZuVariant::Clear() {
   // Taken out first: giving an object back may run code that looks at this variant.
   const std::uint64_t slot = std::exchange(m_slot, 0);
-  const ItemType type = std::exchange(m_type, ItemType::Invalid);
+  const ItemType type = std::exchange(m_storedType, ItemType::Invalid);
+  m_type = ItemType::Invalid;
   m_isNil = false;
   if (slot == 0) return;
   if (type == ItemType::XmlObject) {
@@ -153,8 +166,14 @@ void ZuVariant::SetI1(char value) {
   Store<ItemType::i1>(value);
 }
 
-void ZuVariant::SetString(std::string value) {
-  Store<ItemType::string>(std::move(value));
+void ZuVariant::SetString(CTextRef value) {
+  if (m_storedType == ItemType::string && m_slot != 0) {
+    LoadSlot<std::string*>(m_slot)->assign(value);
+    m_isNil = false;
+    m_type = ItemType::string;
+  } else {
+    Store<ItemType::string>(std::string(value));
+  }
 }
 
 void ZuVariant::SetXmlObject(CXmlObjectBase* value) {
@@ -201,11 +220,11 @@ std::string ZuVariant::GetString() const {
 }
 
 CSmartPtr<CXmlObjectBase> ZuVariant::GetXmlObject() const {
-  return m_type == ItemType::XmlObject ? LoadSlot<CXmlObjectBase*>(m_slot) : nullptr;
+  return detail::VariantAccess::Object(*this);
 }
 
 CSmartPtr<CXmlCollectionBase> ZuVariant::GetXmlCollection() const {
-  return m_type == ItemType::XmlCollection ? LoadSlot<CXmlCollectionBase*>(m_slot) : nullptr;
+  return detail::VariantAccess::Collection(*this);
 }
 
 std::string ZuVariant::GetType() const {
@@ -221,17 +240,37 @@ std::string ZuVariant::ToString(const char* format) const {
   return detail::TakeText(detail::VariantText(*this, format, buffer), buffer);
 }
 
-void ZuVariant::FromString(const std::string& text, ItemType type,
-                           CWhitespaceUtils::WhitespaceRule rule) {
-  const bool isPrimitive = VisitItem(type, [this, &text, rule](auto tag) {
+void detail::VariantAccess::Parse(ZuVariant& variant, std::string_view text, ItemType type,
+                                  WhitespaceRule rule) {
+  if (type == ItemType::string && rule == WhitespaceRule::None) return variant.SetString(text);
+  const bool isPrimitive = VisitItem(type, [&](auto tag) {
     constexpr ItemType parsed = decltype(tag)::value;
-    Store<parsed>(Item<parsed>::Parse(text, rule));
+    variant.Store<parsed>(Item<parsed>::Parse(text, rule));
   });
   if (!isPrimitive) ThrowItemTypeWithoutText(static_cast<int>(type));
 }
 
+void detail::VariantAccess::Vacate(ZuVariant& variant) {
+  constexpr std::size_t kMostKept = 4096;
+  const bool isString = variant.m_storedType == ItemType::string && variant.m_slot != 0;
+  const bool isKept = isString ? LoadSlot<std::string*>(variant.m_slot)->capacity() <= kMostKept
+                               : HasFixedSize(variant.m_storedType);
+  if (!isKept) return variant.Clear();
+  variant.m_type = ItemType::Invalid;
+  variant.m_isNil = false;
+}
+
+void detail::VariantAccess::Parse(ZuVariant& variant, std::string_view text, ItemType type) {
+  Parse(variant, text, type, UsualRule(type));
+}
+
+void ZuVariant::FromString(const std::string& text, ItemType type,
+                           CWhitespaceUtils::WhitespaceRule rule) {
+  detail::VariantAccess::Parse(*this, text, type, rule);
+}
+
 void ZuVariant::FromString(const std::string& text, ItemType type) {
-  FromString(text, type, UsualRule(type));
+  detail::VariantAccess::Parse(*this, text, type);
 }
 
 std::string_view detail::VariantText(const ZuVariant& variant, const char* format,

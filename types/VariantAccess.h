@@ -29,6 +29,21 @@ T LoadSlot(std::uint64_t slot) {
 
 struct VariantAccess {
   static std::uint64_t Slot(const ZuVariant& variant) { return variant.m_slot; }
+  /// The object or collection that the variant holds, without a reference for the caller; null when
+  /// it holds none.
+  static CXmlObjectBase* Object(const ZuVariant& variant) {
+    return variant.m_type == ItemType::XmlObject ? LoadSlot<CXmlObjectBase*>(variant.m_slot)
+                                                 : nullptr;
+  }
+  static CXmlCollectionBase* Collection(const ZuVariant& variant) {
+    return variant.m_type == ItemType::XmlCollection ? LoadSlot<CXmlCollectionBase*>(variant.m_slot)
+                                                     : nullptr;
+  }
+  /// Makes the variant invalid, keeping the memory of a value of moderate size for the next one.
+  static void Vacate(ZuVariant& variant);
+  /// ZuVariant::FromString of a view.
+  static void Parse(ZuVariant& variant, std::string_view text, ItemType type, WhitespaceRule rule);
+  static void Parse(ZuVariant& variant, std::string_view text, ItemType type);
 };
 
 /// The value that the variant holds; the zero or empty one when it is nil or of another type.

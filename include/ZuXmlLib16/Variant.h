@@ -11,6 +11,7 @@
 #include "ZuXmlLib16/Export.h"
 #include "ZuXmlLib16/ItemType.h"
 #include "ZuXmlLib16/SmartPtr.h"
+#include "ZuXmlLib16/TextRef.h"
 #include "ZuXmlLib16/WhitespaceUtils.h"
 
 namespace ZuXmlLib16 {
@@ -68,7 +69,7 @@ class ZUXMLLIB16_API ZuVariant {
   void SetDateTime(const CDateTime& value);
   void SetTime(const CDateTime& value);
   void SetChar(char value);
-  void SetString(std::string value);
+  void SetString(CTextRef value);
   void SetBoolean(bool value);
   void SetDecimal(const CDecimal& value);
   void SetInteger(const CBigInteger& value);
@@ -135,6 +136,9 @@ class ZUXMLLIB16_API ZuVariant {
 
   bool m_isNil = false;
   ItemType m_type = ItemType::Invalid;
+  // What the slot holds. Other than m_type only while an invalid variant keeps the memory of an
+  // earlier value for the next one.
+  ItemType m_storedType = ItemType::Invalid;
   // The bytes of a number, or a pointer: to an own heap object, or to a referenced object.
   std::uint64_t m_slot = 0;
 };
