@@ -2,12 +2,6 @@
 // handlers that do nothing, on the same bytes in the same run: 1 is as fast as the parser, more is
 // faster. With --large the documents of 100 MB are measured too, which takes some minutes and 3 GB.
 
-#include <expat.h>
-#include <malloc.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <clocale>
 #include <cstddef>
 #include <cstring>
@@ -17,24 +11,22 @@
 
 #include "ZuXmlLib16/UntypedContent.h"
 #include "ZuXmlLib16/XmlDocument.h"
-#include "bench/Documents.h"
 #include "bench/Harness.h"
+#include "bench/Reference.h"
 #include "tests/support/SameTree.h"
 
 using namespace ZuXmlLib16;
+using bench::AddedBytesPerByte;
 using bench::BestSeconds;
 using bench::Budget;
+using bench::kKilobyte;
+using bench::kMegabyte;
+using bench::MakeDocumentOfSize;
+using bench::Parsing;
+using bench::Size;
 using bench::Timed;
 
 namespace {
-
-constexpr std::size_t kKilobyte = 1000;
-constexpr std::size_t kMegabyte = 1000 * kKilobyte;
-
-struct Size {
-  const char* name;
-  std::size_t bytes;
-};
 
 struct Kind {
   const char* name;
@@ -42,33 +34,6 @@ struct Kind {
 };
 
 constexpr Kind kKinds[] = {{"orders", 0.70}, {"telemetry", 0.65}};
-
-std::string MakeDocument(const char* kind, std::size_t sizeInBytes) {
-  bench::DocumentOptions options;
-  options.sizeInBytes = sizeInBytes;
-  return bench::MakeDocument(kind, options);
-}
-
-// The floor
-
-void XMLCALL OnStart(void*, const XML_Char*, const XML_Char**) {}
-void XMLCALL OnEnd(void*, const XML_Char*) {}
-void XMLCALL OnText(void*, const XML_Char*, int) {}
-void XMLCALL OnNamespaceStart(void*, const XML_Char*, const XML_Char*) {}
-
-void ParseOnly(const char* data, std::size_t size) {
-  const XML_Parser parser = XML_ParserCreateNS(nullptr, '|');
-  XML_SetElementHandler(parser, OnStart, OnEnd);
-  XML_SetCharacterDataHandler(parser, OnText);
-  XML_SetStartNamespaceDeclHandler(parser, OnNamespaceStart);
-  const XML_Status status = XML_Parse(parser, data, static_cast<int>(size), 1);
-  XML_ParserFree(parser);
-  bench::Require(status == XML_STATUS_OK, "the reference parser");
-}
-
-bench::Work Parsing(const std::string& document) {
-  return Timed([&document] { ParseOnly(document.data(), document.size()); });
-}
 
 // What is measured
 
@@ -126,7 +91,7 @@ std::string CheckedText(const std::string& document) {
 // Speed
 
 void MeasureDocument(const bench::Table& table, const Kind& kind, const Size& size) {
-  const std::string document = MakeDocument(kind.name, size.bytes);
+  const std::string document = MakeDocumentOfSize(kind.name, size.bytes);
   const std::string written = CheckedText(document);
   const CSmartPtr<CElement> root = ReadObjects(document);
   const int rounds = size.bytes > 50 * kMegabyte ? 5 : 9;
@@ -156,46 +121,16 @@ void MeasureDocument(const bench::Table& table, const Kind& kind, const Size& si
 
 // Memory
 
-std::size_t PeakBytes() {
-  rusage usage{};
-  getrusage(RUSAGE_SELF, &usage);
-  return static_cast<std::size_t>(usage.ru_maxrss) * 1024;
-}
-
-/// What the work on a document adds to the memory of the process at its peak. Done by a child,
-/// whose peak begins with what it has; on a small document first, so that the code does not count.
-template <class Function>
-double AddedBytesPerByte(const std::string& document, Function work) {
-  const std::string small = "<small/>";
-  malloc_trim(0);
-  int ends[2];
-  bench::Require(pipe(ends) == 0, "pipe");
-  const pid_t child = fork();
-  bench::Require(child >= 0, "fork");
-  std::size_t added = 0;
-  if (child == 0) {
-    work(small);
-    const std::size_t before = PeakBytes();
-    work(document);
-    added = PeakBytes() - before;
-    _exit(write(ends[1], &added, sizeof(added)) == sizeof(added) ? 0 : 1);
-  }
-  const bool isRead = read(ends[0], &added, sizeof(added)) == sizeof(added);
-  int status = 0;
-  bench::Require(waitpid(child, &status, 0) == child && status == 0 && isRead, "measuring memory");
-  close(ends[0]);
-  close(ends[1]);
-  return static_cast<double>(added) / static_cast<double>(document.size());
-}
-
 void MeasureMemory(const bench::Table& table, const std::vector<Size>& sizes) {
   table.Heading("peak memory, bytes per byte of the document");
   for (const Kind& kind : kKinds) {
     for (const Size& size : sizes) {
-      const std::string document = MakeDocument(kind.name, size.bytes);
+      const std::string document = MakeDocumentOfSize(kind.name, size.bytes);
       const std::string name = std::string(kind.name) + ", " + size.name;
-      table.Row(name + ", document", AddedBytesPerByte(document, LoadAndDrop), Budget::AtMost, 8);
-      table.Row(name + ", document and objects", AddedBytesPerByte(document, ReadObjects));
+      table.Row(name + ", document", AddedBytesPerByte("<small/>", document, LoadAndDrop),
+                Budget::AtMost, 8);
+      table.Row(name + ", document and objects",
+                AddedBytesPerByte("<small/>", document, ReadObjects));
     }
   }
 }
@@ -308,8 +243,8 @@ void MeasureShape(const bench::Table& table, const Shape& shape) {
 }
 
 void MeasureLargeAgainstSmall(const bench::Table& table, const Kind& kind) {
-  const std::string small = MakeDocument(kind.name, kMegabyte);
-  const std::string large = MakeDocument(kind.name, 100 * kMegabyte);
+  const std::string small = MakeDocumentOfSize(kind.name, kMegabyte);
+  const std::string large = MakeDocumentOfSize(kind.name, 100 * kMegabyte);
   const CSmartPtr<CElement> smallRoot = ReadObjects(small);
   const CSmartPtr<CElement> largeRoot = ReadObjects(large);
   const auto rates = [](const auto& doSmall, const auto& doLarge) {

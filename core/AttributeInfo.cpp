@@ -128,7 +128,8 @@ CAttributeInfoPrimitive::CAttributeInfoPrimitive(CTextRef name, CTextRef namespa
       m_restrictions(restrictions),
       m_itemType(itemType),
       m_format(format),
-      m_whitespaceRule(whitespaceRule) {}
+      m_whitespaceRule(whitespaceRule),
+      m_isChecked(restrictions.HasFacets() || !ZuXmlLib16::detail::TypeHasFacets(itemType)) {}
 
 void CAttributeInfoPrimitive::AttributeToXml(const CSerializationContext& context,
                                              const CXmlGeneratedClass* object,
@@ -140,7 +141,7 @@ void CAttributeInfoPrimitive::AttributeToXml(const CSerializationContext& contex
   ZuXmlLib16::detail::TextBuffer buffer;
   const std::string_view text = ZuXmlLib16::detail::VariantText(*value, m_format.c_str(), buffer);
   if (IsLeftOut(context, text)) return;
-  CheckRestriction(*value);
+  if (m_isChecked) CheckRestriction(*value);
   writer->WriteAttributeString(GetName(), GetNamespace(), text, m_itemType);
 }
 

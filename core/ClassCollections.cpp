@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "ZuXmlLib16/XmlDocument.h"
-#include "ZuXmlLib16/XmlObjectHelper.h"
+#include "core/NameMatch.h"
 
 namespace ZuXmlLib16::detail {
 
@@ -32,14 +32,9 @@ CSmartPtr<CXmlObjectBase> ClassCol::NewItem() const {
   return m_factory != nullptr ? m_factory(m_classIdentifier, GetName().c_str()) : nullptr;
 }
 
-CSmartPtr<CXmlObjectBase> ClassCol::ItemFor(CXmlElement* element,
-                                            const CSerializationContext& context,
-                                            const std::string& namespaceUri) const {
+CSmartPtr<CXmlObjectBase> ClassCol::ItemFor(CXmlElement* element, NameMatch& isItem) const {
   if (IsAbstract()) return m_abstractFactory(element);
-  const bool isItem =
-      m_elementType != XmlElementType::Element ||
-      CXmlObjectHelper::DoesElementNameMatch(context, element, GetName(), namespaceUri);
-  return isItem ? NewItem() : nullptr;
+  return m_elementType != XmlElementType::Element || isItem(element) ? NewItem() : nullptr;
 }
 
 // Calls itself for every level of elements, which the classes bound.
@@ -47,9 +42,9 @@ CSmartPtr<CXmlObjectBase> ClassCol::ItemFor(CXmlElement* element,
 CXmlElement* ClassCol::FromXml_Int(CXmlElement* parentElement, CXmlElement* current,
                                    const CSerializationContext& context,
                                    bool /*isOptionalChoice*/) {
-  const std::string namespaceUri = GetNamespace();
+  NameMatch isItem(context, GetName(), NamespaceUri());
   while (current != nullptr) {
-    CSmartPtr<CXmlObjectBase> item = ItemFor(current, context, namespaceUri);
+    CSmartPtr<CXmlObjectBase> item = ItemFor(current, isItem);
     if (!item) break;
     if (m_elementType == XmlElementType::Element) {
       item->FromXml_Int(current, current->GetFirstElement(), context, false);

@@ -51,7 +51,8 @@ CElementInfo::CElementInfo(CTextRef name, CTextRef namespaceUri, std::int32_t pr
       m_whitespaceRule(whitespaceRule),
       m_defaultValue(defaultValue),
       m_nillable(nillable),
-      m_isPrimitive(true) {}
+      m_isPrimitive(true),
+      m_isChecked(restrictions.HasFacets() || !ZuXmlLib16::detail::TypeHasFacets(itemType)) {}
 
 CElementInfo::~CElementInfo() = default;
 
@@ -129,14 +130,19 @@ bool CElementInfo::ElementToXmlCls(const CSerializationContext& context,
 
 bool CElementInfo::ElementToXmlCol(const CSerializationContext& context,
                                    const CXmlGeneratedClass* object, CXmlWriter* writer) const {
-  using State = CXmlWriter::ContextState;
   ZuVariant value;
   ReadProperty(object, value);
   const CXmlCollectionBase* const collection = VariantAccess::Collection(value);
-  if (collection == nullptr || collection->GetCount() < 1) return false;
-  writer->SetContextState(State::CollectionPending);
-  collection->ToXml_Int(writer, false, m_namespaceUri.c_str(), context, false);
-  writer->SetContextState(State::CollectionEnded);
+  return collection != nullptr && WriteItems(*collection, {context, object, writer});
+}
+
+bool CElementInfo::WriteItems(const CXmlCollectionBase& collection,
+                              const detail::Writing& out) const {
+  using State = CXmlWriter::ContextState;
+  if (collection.GetCount() < 1) return false;
+  out.writer->SetContextState(State::CollectionPending);
+  collection.ToXml_Int(out.writer, false, m_namespaceUri.c_str(), out.context, false);
+  out.writer->SetContextState(State::CollectionEnded);
   return true;
 }
 
@@ -153,7 +159,7 @@ bool CElementInfo::ElementToXmlPrim(const CSerializationContext& /*context*/,
   const std::string_view text = ZuXmlLib16::detail::VariantText(*value, m_format.c_str(), buffer);
   // A default value is right whatever the facets say.
   const bool isDefault = !m_defaultValue.empty() && text == m_defaultValue;
-  if (!isDefault) CheckRestriction(*value);
+  if (!isDefault && m_isChecked) CheckRestriction(*value);
   WriteText(*writer, text, m_itemType, isDefault);
   return true;
 }

@@ -45,14 +45,13 @@ void ColEntry::AddMatches(const CXmlGeneratedClass* object, ElementMatches& matc
 }
 
 bool ColEntry::Write(XmlElementGroupType group, const Writing& out) const {
+  ZuVariant value;
+  ReadProperty(out.object, value);
+  const CXmlCollectionBase* const collection = VariantAccess::Collection(value);
+  if (collection == nullptr) return false;
   // Meant to differ: the members of a choice are written whatever their number.
-  if (group != XmlElementGroupType::Choice && !out.context.GetIgnoreInvalidCollectionCounts()) {
-    ZuVariant value;
-    ReadProperty(out.object, value);
-    const CXmlCollectionBase* const collection = VariantAccess::Collection(value);
-    if (collection != nullptr) collection->ValidateCount(out.context);
-  }
-  return ElementToXmlCol(out.context, out.object, out.writer);
+  if (group != XmlElementGroupType::Choice) collection->ValidateCount(out.context);
+  return WriteItems(*collection, out);
 }
 
 bool ColEntry::Read(XmlElementGroupType group, const Reading& in, const Wildcard* wildcard) const {

@@ -153,20 +153,22 @@ CPrimitiveRestrictions::CPrimitiveRestrictions(CTextRef pattern, std::int64_t mi
                                                CTextRef maxInclusive, CTextRef minExclusive,
                                                CTextRef maxExclusive, std::int64_t length,
                                                std::int64_t totalDigits,
-                                               std::int64_t fractionDigits)
-    : m_pattern(pattern),
-      m_minLength(minLength),
-      m_maxLength(maxLength),
-      m_minInclusive(minInclusive),
-      m_maxInclusive(maxInclusive),
-      m_minExclusive(minExclusive),
-      m_maxExclusive(maxExclusive),
-      m_length(length),
-      m_totalDigits(totalDigits),
-      m_fractionDigits(fractionDigits),
-      m_hasFacets(!pattern.empty() || minLength >= 0 || maxLength >= 0 || !minInclusive.empty() ||
-                  !maxInclusive.empty() || !minExclusive.empty() || !maxExclusive.empty() ||
-                  length >= 0 || totalDigits >= 0 || fractionDigits >= 0) {}
+                                               std::int64_t fractionDigits) {
+  const bool hasFacets = !pattern.empty() || minLength >= 0 || maxLength >= 0 ||
+                         !minInclusive.empty() || !maxInclusive.empty() || !minExclusive.empty() ||
+                         !maxExclusive.empty() || length >= 0 || totalDigits >= 0 ||
+                         fractionDigits >= 0;
+  if (!hasFacets) return;
+  m_facets = std::make_shared<FacetValues>(
+      FacetValues{std::string(pattern), minLength, maxLength, std::string(minInclusive),
+                  std::string(maxInclusive), std::string(minExclusive), std::string(maxExclusive),
+                  length, totalDigits, fractionDigits});
+}
+
+const CPrimitiveRestrictions::FacetValues& CPrimitiveRestrictions::NoFacets() {
+  static const FacetValues none;
+  return none;
+}
 
 CPrimitiveRestrictions::~CPrimitiveRestrictions() = default;
 

@@ -86,7 +86,7 @@ CXmlElement* CXmlGeneratedClass::ReadContent(CXmlElement* parent, CXmlElement* c
   if (elementType == XmlElementType::Element && ElementName() != parent->GetLocalName()) {
     SetElementName(parent->GetLocalName());
   }
-  INillable* const nillable = FindNillable();
+  INillable* const nillable = FindNillable(classInfo);
   // What an earlier document said does not hold for this one.
   if (nillable != nullptr && nillable->IsNil()) nillable->SetNil(false);
   ProcessAttributesFromXml(context, parent, classInfo.HasStrictAttributes());
@@ -145,8 +145,9 @@ void CXmlGeneratedClass::ProcessAttributesFromXml(const CSerializationContext& c
 
 void CXmlGeneratedClass::ReadNil(const CXmlElement& element, const CXmlAttribute& attribute) {
   // The attribute of a pseudo element's parent is the business of the parent's own class.
-  if (GetClassMetaData()->GetElementType() != XmlElementType::Element) return;
-  INillable* const nillable = FindNillable();
+  const CParentElementInfo& classInfo = *GetClassMetaData();
+  if (classInfo.GetElementType() != XmlElementType::Element) return;
+  INillable* const nillable = FindNillable(classInfo);
   if (nillable == nullptr) ThrowNilNotAllowed(element.GetXPath());
   nillable->SetNil(detail::ReadNilValue(attribute));
 }

@@ -1,5 +1,7 @@
 #include <algorithm>
+#include <atomic>
 #include <string>
+#include <typeinfo>
 
 #include "ZuXmlLib16/Exceptions.h"
 #include "ZuXmlLib16/XmlGeneratedClass.h"
@@ -58,8 +60,14 @@ const std::string& CXmlGeneratedClass::NameToWrite() const {
   return ElementName().empty() ? GetClassMetaData()->GetElementName() : ElementName();
 }
 
-INillable* CXmlGeneratedClass::FindNillable() const {
-  return dynamic_cast<INillable*>(const_cast<CXmlGeneratedClass*>(this));
+INillable* CXmlGeneratedClass::FindNillable(const CParentElementInfo& classInfo) const {
+  // Objects of one class answer alike; asking each of them would cost more than its members do.
+  std::atomic<const std::type_info*>& notNillable = classInfo.m_notNillable;
+  const std::type_info& type = typeid(*this);
+  if (notNillable.load(std::memory_order_relaxed) == &type) return nullptr;
+  auto* const nillable = dynamic_cast<INillable*>(const_cast<CXmlGeneratedClass*>(this));
+  if (nillable == nullptr) notNillable.store(&type, std::memory_order_relaxed);
+  return nillable;
 }
 
 // Writing calls itself for every level of objects, as deep as the program nests those.
@@ -70,11 +78,12 @@ void CXmlGeneratedClass::ToXml_Int(CXmlWriter* writer, bool isDocumentRoot,
                                    bool isOptionalChoice) const {
   if (writer == nullptr) ThrowPropertyIsNull("writer");
   try {
-    const bool isPseudo = GetClassMetaData()->GetElementType() != XmlElementType::Element;
+    const CParentElementInfo& classInfo = *GetClassMetaData();
+    const bool isPseudo = classInfo.GetElementType() != XmlElementType::Element;
     if (isPseudo && !isDocumentRoot) {
-      WriteContent(*writer, context, isOptionalChoice);
+      WriteContent(*writer, classInfo, context, isOptionalChoice);
     } else {
-      WriteElement(*writer, isDocumentRoot, namespaceUri, context, isOptionalChoice);
+      WriteElement(*writer, classInfo, isDocumentRoot, namespaceUri, context, isOptionalChoice);
     }
   } catch (const CZuException& cause) {
     if (!cause.GetPath().empty()) throw;
@@ -82,15 +91,15 @@ void CXmlGeneratedClass::ToXml_Int(CXmlWriter* writer, bool isDocumentRoot,
   }
 }
 
-void CXmlGeneratedClass::WriteElement(CXmlWriter& writer, bool isDocumentRoot,
-                                      const char* namespaceUri,
+void CXmlGeneratedClass::WriteElement(CXmlWriter& writer, const CParentElementInfo& classInfo,
+                                      bool isDocumentRoot, const char* namespaceUri,
                                       const CSerializationContext& context,
                                       bool isOptionalChoice) const {
   if (isDocumentRoot) detail::WriteBeforeRoot(writer, context);
   writer.WriteStartElement(NameToWrite(), namespaceUri);
   if (isDocumentRoot) detail::WriteRootAttributes(writer, context);
   AttributesToXml_Int(&writer, context);
-  const INillable* const nillable = FindNillable();
+  const INillable* const nillable = FindNillable(classInfo);
   if (nillable != nullptr && nillable->IsNil()) {
     // The attribute of an empty element: no schema before it.
     writer.WriteAttributeNil();
@@ -98,7 +107,7 @@ void CXmlGeneratedClass::WriteElement(CXmlWriter& writer, bool isDocumentRoot,
     if (isDocumentRoot && !context.GetInLineSchema().empty()) {
       WriteSchema(writer, context.GetInLineSchema());
     }
-    WriteContent(writer, context, isOptionalChoice);
+    WriteContent(writer, classInfo, context, isOptionalChoice);
   }
   writer.WriteEndElement();
 }
@@ -109,9 +118,9 @@ void CXmlGeneratedClass::WriteSchema(CXmlWriter& writer, const std::string& sche
   writer.WriteInlineSchema(schema);
 }
 
-void CXmlGeneratedClass::WriteContent(CXmlWriter& writer, const CSerializationContext& context,
+void CXmlGeneratedClass::WriteContent(CXmlWriter& writer, const CParentElementInfo& classInfo,
+                                      const CSerializationContext& context,
                                       bool isOptionalChoice) const {
-  const CParentElementInfo& classInfo = *GetClassMetaData();
   CElementInfo* const* const elements = GetElementMetaData();
   switch (classInfo.GetGroupType()) {
     case XmlElementGroupType::Sequence:

@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "ZuXmlLib16/XmlDocument.h"
-#include "ZuXmlLib16/XmlObjectHelper.h"
 #include "core/Errors.h"
+#include "core/NameMatch.h"
 #include "types/Item.h"
 
 namespace ZuXmlLib16 {
@@ -32,16 +32,15 @@ CXmlTypeCollection::~CXmlTypeCollection() = default;
 CXmlElement* CXmlTypeCollection::FromXml_Int(CXmlElement* /*parentElement*/, CXmlElement* current,
                                              const CSerializationContext& context,
                                              bool /*isOptionalChoice*/) {
-  const std::string namespaceUri = GetNamespace();
-  while (CXmlObjectHelper::DoesElementNameMatch(context, current, GetName(), namespaceUri)) {
+  detail::NameMatch isItem(context, GetName(), NamespaceUri());
+  for (; isItem(current); current = current->GetNextSiblingElement()) {
     AddFromString(current->GetTextView());
-    current = current->GetNextSiblingElement();
   }
   return current;
 }
 
-void CXmlTypeCollection::WriteItem(CXmlWriter& writer, CTextRef namespaceUri, CTextRef text) const {
-  writer.WriteStartElement(GetName(), namespaceUri);
+void CXmlTypeCollection::WriteItem(CXmlWriter& writer, CTextRef text) const {
+  writer.WriteStartElement(GetName(), NamespaceUri());
   writer.WriteString(text, m_itemType, false);
   writer.WriteEndElement();
 }
@@ -103,6 +102,9 @@ void ValueCol<Stored>::CheckInsertion(int index) const {
 template <class Stored>
 template <class Value>
 void ValueCol<Stored>::Insert(int index, Value value) {
+  // A repeated element mostly has some more items than one.
+  constexpr std::size_t kFirstRoom = 64 / sizeof(Stored) + 1;
+  if (m_values.capacity() == 0) m_values.reserve(kFirstRoom);
   const auto place = m_values.begin() + static_cast<std::ptrdiff_t>(m_removed) + index;
   if (!HasListeners()) {
     m_values.insert(place, std::move(value));
@@ -133,10 +135,9 @@ void TypedCol<T, type>::ToXml_Int(CXmlWriter* writer, bool /*isDocumentRoot*/,
                                   const char* /*namespaceUri*/,
                                   const CSerializationContext& /*context*/,
                                   bool /*isOptionalChoice*/) const {
-  const std::string namespaceUri = this->GetNamespace();
   TextBuffer buffer;
   for (const auto& value : *this) {
-    this->WriteItem(*writer, namespaceUri, detail::Item<type>::Format(value, buffer));
+    this->WriteItem(*writer, detail::Item<type>::Format(value, buffer));
   }
 }
 
@@ -182,9 +183,8 @@ void CdatetimeBaseCol::ToXml_Int(CXmlWriter* writer, bool /*isDocumentRoot*/,
                                  const char* /*namespaceUri*/,
                                  const CSerializationContext& /*context*/,
                                  bool /*isOptionalChoice*/) const {
-  const std::string namespaceUri = GetNamespace();
   for (const CDateTime& value : *this) {
-    WriteItem(*writer, namespaceUri, ItemToString(value));
+    WriteItem(*writer, ItemToString(value));
   }
 }
 
@@ -233,9 +233,8 @@ EnumCol::~EnumCol() = default;
 
 void EnumCol::ToXml_Int(CXmlWriter* writer, bool /*isDocumentRoot*/, const char* /*namespaceUri*/,
                         const CSerializationContext& /*context*/, bool /*isOptionalChoice*/) const {
-  const std::string namespaceUri = GetNamespace();
   for (const int value : *this) {
-    WriteItem(*writer, namespaceUri, m_toText(value));
+    WriteItem(*writer, m_toText(value));
   }
 }
 

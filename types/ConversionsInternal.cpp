@@ -14,6 +14,7 @@
 #include "types/AsciiDigit.h"
 #include "types/CLocale.h"
 #include "types/DateTimeText.h"
+#include "types/DoubleText.h"
 
 namespace ZuXmlLib16::detail {
 namespace {
@@ -261,7 +262,9 @@ std::string_view FormatFloat(float value, TextBuffer& buffer) {
 }
 
 std::string_view FormatDouble(double value, TextBuffer& buffer) {
-  return FormatReal(value, kDoubleDigits, buffer);
+  const char* const end = WriteEverydayDouble(value, buffer.chars);
+  if (end == nullptr) return FormatReal(value, kDoubleDigits, buffer);
+  return {buffer.chars, static_cast<std::size_t>(end - buffer.chars)};
 }
 
 std::string_view FormatFloatAs(float value, const char* format, TextBuffer& buffer) {
@@ -269,6 +272,7 @@ std::string_view FormatFloatAs(float value, const char* format, TextBuffer& buff
 }
 
 std::string_view FormatDoubleAs(double value, const char* format, TextBuffer& buffer) {
+  if (format == nullptr || *format == '\0') return FormatDouble(value, buffer);
   return FormatRealAs(value, format, kDoubleDigits, buffer);
 }
 

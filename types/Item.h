@@ -197,7 +197,7 @@ inline constexpr bool kHasFacets<type, std::void_t<decltype(Item<type>::Check)>>
 /// Calls visit with the ItemTag of a primitive type.
 /// @return false, without a call, for other types.
 template <class Visitor>
-bool VisitItem(ItemType type, Visitor&& visit) {
+constexpr bool VisitItem(ItemType type, Visitor&& visit) {
   switch (type) {
     // clang-format off
     case ItemType::hexBinary: visit(ItemTag<ItemType::hexBinary>()); return true;
@@ -233,6 +233,13 @@ bool VisitItem(ItemType type, Visitor&& visit) {
       break;
   }
   return false;
+}
+
+/// Whether values of the type can be checked against facets.
+constexpr bool TypeHasFacets(ItemType type) {
+  bool hasFacets = false;
+  VisitItem(type, [&hasFacets](auto tag) { hasFacets = kHasFacets<decltype(tag)::value>; });
+  return hasFacets;
 }
 
 }  // namespace ZuXmlLib16::detail

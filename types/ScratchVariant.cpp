@@ -1,52 +1,59 @@
 #include "types/ScratchVariant.h"
 
+#include <array>
 #include <cstddef>
 #include <memory>
-#include <utility>
 
 #include "types/VariantAccess.h"
 
 namespace ZuXmlLib16::detail {
 namespace {
 
-/// One variant for every item type; the last one serves for what is none.
+struct Kept {
+  ZuVariant variant;
+  bool isInUse = false;
+};
+/// One for every item type; the last one serves for what is none.
 constexpr std::size_t kCount = static_cast<std::size_t>(ItemType::XmlCollection) + 2;
-using Kept = std::array<ZuVariant, kCount>;
+using KeptVariants = std::array<Kept, kCount>;
 
-__attribute__((tls_model("initial-exec"))) thread_local Kept* kept = nullptr;
+__attribute__((tls_model("initial-exec"))) thread_local KeptVariants* kept = nullptr;
 __attribute__((tls_model("initial-exec"))) thread_local bool isThreadEnding = false;
 
-void MakeKept() {
+/// @return null while the thread ends.
+[[gnu::noinline]] KeptVariants* MakeKept() {
   struct Owner {
-    std::unique_ptr<Kept> variants = std::make_unique<Kept>();
+    std::unique_ptr<KeptVariants> variants = std::make_unique<KeptVariants>();
     ~Owner() {
       kept = nullptr;
       isThreadEnding = true;
     }
   };
+  if (isThreadEnding) return nullptr;
   static thread_local Owner owner;
-  kept = owner.variants.get();
-}
-
-ZuVariant* KeptFor(ItemType type) {
-  if (kept == nullptr) {
-    if (isThreadEnding) return nullptr;
-    MakeKept();
-  }
-  const auto index = static_cast<std::size_t>(type);
-  return &(*kept)[index < kCount ? index : kCount - 1];
+  return kept = owner.variants.get();
 }
 
 }  // namespace
 
-ScratchVariant::ScratchVariant(ItemType type) : m_kept(KeptFor(type)) {
-  if (m_kept != nullptr) m_variant = std::move(*m_kept);
+ScratchVariant::ScratchVariant(ItemType type) {
+  KeptVariants* const variants = kept != nullptr ? kept : MakeKept();
+  const auto index = static_cast<std::size_t>(type);
+  Kept* const one =
+      variants != nullptr ? &(*variants)[index < kCount ? index : kCount - 1] : nullptr;
+  if (one == nullptr || one->isInUse) {
+    m_variant = &m_own.emplace();
+    return;
+  }
+  one->isInUse = true;
+  m_isInUse = &one->isInUse;
+  m_variant = &one->variant;
 }
 
 ScratchVariant::~ScratchVariant() {
-  if (m_kept == nullptr) return;
-  VariantAccess::Vacate(m_variant);
-  *m_kept = std::move(m_variant);
+  if (m_isInUse == nullptr) return;
+  VariantAccess::Vacate(*m_variant);
+  *m_isInUse = false;
 }
 
 }  // namespace ZuXmlLib16::detail

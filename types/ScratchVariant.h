@@ -1,13 +1,14 @@
 #pragma once
 
-#include <array>
+#include <optional>
 
 #include "ZuXmlLib16/Variant.h"
 
 namespace ZuXmlLib16::detail {
 
 /// An invalid variant that has the memory of an earlier value of its type, so that many values in a
-/// row need none anew. Every thread keeps such memory; one that is in use belongs to its user.
+/// row need none anew. Every thread keeps such variants; while one is in use, another that is asked
+/// for has no such memory.
 class ScratchVariant {
  public:
   explicit ScratchVariant(ItemType type);
@@ -15,12 +16,13 @@ class ScratchVariant {
   ScratchVariant& operator=(const ScratchVariant&) = delete;
   ~ScratchVariant();
 
-  ZuVariant& operator*() { return m_variant; }
-  ZuVariant* operator->() { return &m_variant; }
+  ZuVariant& operator*() { return *m_variant; }
+  ZuVariant* operator->() { return m_variant; }
 
  private:
-  ZuVariant* m_kept;  // where the memory goes back to; null while the thread ends
-  ZuVariant m_variant;
+  ZuVariant* m_variant;
+  bool* m_isInUse = nullptr;       // of the variant that the thread keeps
+  std::optional<ZuVariant> m_own;  // when there is none
 };
 
 }  // namespace ZuXmlLib16::detail

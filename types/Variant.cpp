@@ -1,5 +1,6 @@
 #include "ZuXmlLib16/Variant.h"
 
+#include <cstddef>
 #include <memory>
 #include <utility>
 
@@ -24,15 +25,27 @@ CWhitespaceUtils::WhitespaceRule UsualRule(ItemType type) {
              : CWhitespaceUtils::WhitespaceRule::Collapse;
 }
 
-/// Whether values of the type have no memory of their own beside themselves.
-bool HasFixedSize(ItemType type) {
-  bool hasFixedSize = false;
-  VisitItem(type, [&hasFixedSize](auto tag) {
-    using Value = ItemValue<decltype(tag)::value>;
-    hasFixedSize = std::is_arithmetic_v<Value> || std::is_same_v<Value, CDateTime> ||
-                   std::is_same_v<Value, CDateTimeSpan>;
-  });
-  return hasFixedSize;
+/// Whether the memory of a value may stay for the next one: not when it is much, nor when it is
+/// shared.
+bool IsWorthKeeping(ItemType type, std::uint64_t slot) {
+  constexpr std::size_t kMostText = 4096;
+  constexpr std::size_t kMostDigits = 64;
+  if (slot == 0) return true;
+  switch (type) {
+    case ItemType::string:
+      return LoadSlot<std::string*>(slot)->capacity() <= kMostText;
+    case ItemType::decimal:
+      return LoadSlot<CDecimal*>(slot)->GetDigits().capacity() <= kMostDigits;
+    case ItemType::integer:
+      return LoadSlot<CBigInteger*>(slot)->GetDigits().capacity() <= kMostDigits;
+    case ItemType::hexBinary:
+    case ItemType::base64Binary:
+    case ItemType::XmlObject:
+    case ItemType::XmlCollection:
+      return false;
+    default:  // numbers, dates and durations, whose size is fixed
+      return true;
+  }
 }
 
 }  // namespace
@@ -168,7 +181,9 @@ void ZuVariant::SetI1(char value) {
 
 void ZuVariant::SetString(CTextRef value) {
   if (m_storedType == ItemType::string && m_slot != 0) {
-    LoadSlot<std::string*>(m_slot)->assign(value);
+    auto& stored = *LoadSlot<std::string*>(m_slot);
+    stored.clear();
+    stored.append(value);
     m_isNil = false;
     m_type = ItemType::string;
   } else {
@@ -251,11 +266,7 @@ void detail::VariantAccess::Parse(ZuVariant& variant, std::string_view text, Ite
 }
 
 void detail::VariantAccess::Vacate(ZuVariant& variant) {
-  constexpr std::size_t kMostKept = 4096;
-  const bool isString = variant.m_storedType == ItemType::string && variant.m_slot != 0;
-  const bool isKept = isString ? LoadSlot<std::string*>(variant.m_slot)->capacity() <= kMostKept
-                               : HasFixedSize(variant.m_storedType);
-  if (!isKept) return variant.Clear();
+  if (!IsWorthKeeping(variant.m_storedType, variant.m_slot)) return variant.Clear();
   variant.m_type = ItemType::Invalid;
   variant.m_isNil = false;
 }

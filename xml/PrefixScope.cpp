@@ -1,5 +1,6 @@
 #include "xml/PrefixScope.h"
 
+#include <atomic>
 #include <utility>
 
 namespace ZuXmlLib16::detail {
@@ -11,6 +12,16 @@ PrefixScope::PrefixScope(PrefixScope& outer) {
   m_holders = outer.m_holders;
   m_firstCandidate = outer.m_firstCandidate;
   m_isExposed = outer.m_isExposed;
+}
+
+std::uint64_t PrefixScope::NextStamp() {
+  static std::atomic<std::uint64_t> last{0};
+  return last.fetch_add(1, std::memory_order_relaxed) + 1;
+}
+
+void PrefixScope::SetDefaultNamespace(std::string_view namespaceUri) {
+  m_defaultNamespace = namespaceUri;
+  m_stamp = NextStamp();
 }
 
 void PrefixScope::Change(std::string_view namespaceUri, std::optional<std::string> prefix) {
@@ -31,6 +42,7 @@ void PrefixScope::Change(std::string_view namespaceUri, std::optional<std::strin
   m_prefixes = m_prefixes.With(namespaceUri, std::move(prefix));
   m_holders = std::move(holders);
   m_lastEntry = nullptr;
+  m_stamp = NextStamp();
   if (hadPrefix) m_firstCandidate = 0;  // the old one may be free now
 }
 

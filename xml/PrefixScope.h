@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -20,7 +21,7 @@ class PrefixScope {
   PrefixScope& operator=(const PrefixScope&) = delete;
 
   const std::string& GetDefaultNamespace() const { return m_defaultNamespace; }
-  void SetDefaultNamespace(std::string_view namespaceUri) { m_defaultNamespace = namespaceUri; }
+  void SetDefaultNamespace(std::string_view namespaceUri);
 
   /// Sets the prefix of a namespace, whatever other namespaces have it.
   void Set(std::string_view namespaceUri, std::string_view prefix);
@@ -33,6 +34,10 @@ class PrefixScope {
   /// The prefix of a namespace, made empty when there is none. It may be changed.
   std::string& FindOrAdd(std::string_view namespaceUri);
   CNamespaceMap Flatten() const;
+
+  /// Tells states of scopes apart: the same number stands for the same declarations. 0 while they
+  /// may change without notice.
+  std::uint64_t Stamp() const { return m_isExposed ? 0 : m_stamp; }
 
  private:
   /// The namespaces that have a prefix: how many, and the one that got it last.
@@ -47,12 +52,14 @@ class PrefixScope {
   void SkipUsedCandidates();
   void Change(std::string_view namespaceUri, std::optional<std::string> prefix);
   void Recount();
+  static std::uint64_t NextStamp();
 
   std::string m_defaultNamespace;
   Prefixes m_prefixes;
   HoldersOf m_holders;
   int m_firstCandidate = 0;  // all before it are in use
   bool m_isExposed = false;  // a prefix may be changed from outside
+  std::uint64_t m_stamp = NextStamp();
   // The entry found last; most elements of a document ask for the same.
   mutable const std::pair<const std::string, std::optional<std::string>>* m_lastEntry = nullptr;
 };

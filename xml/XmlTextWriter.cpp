@@ -7,6 +7,7 @@
 
 #include "ZuXmlLib16/Streams.h"
 #include "core/Errors.h"
+#include "xml/PrefixScope.h"
 
 namespace ZuXmlLib16 {
 namespace {
@@ -127,7 +128,7 @@ void CXmlTextWriter::PadAndAppend(std::string_view text, bool inAttribute) {
     const std::size_t run = inAttribute
                                 ? RunLength(next, left, kAttributeSpecials, kIsAttributeSpecial)
                                 : RunLength(next, left, kTextSpecials, kIsTextSpecial);
-    m_stream.Append(next, run);
+    Put(std::string_view(next, run));
     if (run == left || next[run] == '\0') return;
     switch (next[run]) {
       case '&':
@@ -199,18 +200,33 @@ void CXmlTextWriter::WriteStartElement(CTextRef localName, CTextRef namespaceUri
 
 void CXmlTextWriter::PutStartTag(CXmlWriterContext& element) {
   PutIndent(element.m_depth);
-  if (element.m_namespaceUri.empty() || element.m_namespaceUri == element.GetDefaultNamespace()) {
-    Put("<", element.m_name);
-  } else if (const std::string* const prefix = element.FindPrefix(element.m_namespaceUri)) {
-    element.m_prefix = *prefix;
-    Put("<", element.m_prefix, ":", element.m_name);
-  } else {
+  if (!FindPrefix(element)) {
     element.m_prefix = element.AllocatePrefix(element.m_namespaceUri);
+    element.m_prefixStamp = 0;
     Put("<", element.m_prefix, ":", element.m_name, " xmlns:", element.m_prefix, "=\"");
     PadAndAppend(element.m_namespaceUri, true);
     Put("\"");
+  } else if (element.m_prefix.empty()) {
+    Put("<", element.m_name);
+  } else {
+    Put("<", element.m_prefix, ":", element.m_name);
   }
   if (element.m_depth == 0) PutRootDeclarations();
+}
+
+/// Finds the prefix that the element's namespace has in its scope; none when it is the default one.
+bool CXmlTextWriter::FindPrefix(CXmlWriterContext& element) {
+  const std::uint64_t stamp = element.m_scope->Stamp();
+  if (element.m_prefixStamp == stamp && stamp != 0) return true;
+  if (element.m_namespaceUri.empty() || element.m_namespaceUri == element.GetDefaultNamespace()) {
+    element.m_prefix.clear();
+  } else if (const std::string* const prefix = element.FindPrefix(element.m_namespaceUri)) {
+    element.m_prefix = *prefix;
+  } else {
+    return false;
+  }
+  element.m_prefixStamp = stamp;
+  return true;
 }
 
 void CXmlTextWriter::PutRootDeclarations() {

@@ -15,6 +15,17 @@ std::string_view UpToNul(std::string_view text) {
   return text.substr(0, text.find('\0'));
 }
 
+/// Most elements are named as the one that had their place before.
+/// @return whether it was another text.
+bool SetText(std::string& text, std::string_view value) {
+  const bool isOther = text != value;
+  if (isOther) {
+    text.clear();
+    text.append(value);  // takes less than assigning, which allows for a part of the text itself
+  }
+  return isOther;
+}
+
 /// "xml" and its namespace belong together; "xmlns" and the empty prefix cannot be declared.
 bool IsDeclarable(std::string_view prefix, std::string_view namespaceUri) {
   return !prefix.empty() && prefix != "xmlns" && prefix != "xml" && !namespaceUri.empty() &&
@@ -51,9 +62,8 @@ CXmlWriter::CXmlWriterContext::~CXmlWriterContext() {
 void CXmlWriter::CXmlWriterContext::Reuse(CTextRef name, CTextRef namespaceUri,
                                           std::unique_ptr<CXmlWriterContext>&& parent) {
   // What can fail comes first: the parent must not get lost.
-  m_name = UpToNul(name);
-  m_namespaceUri = namespaceUri;
-  m_prefix.clear();
+  SetText(m_name, UpToNul(name));
+  if (SetText(m_namespaceUri, namespaceUri)) m_prefixStamp = 0;
   m_childCount = 0;
   m_isStartTagOpen = true;
   m_depth = parent ? parent->m_depth + 1 : 0;
@@ -179,8 +189,7 @@ std::string CXmlWriter::GetUniquePrefix(const CNamespaceMap& map) {
 
 CXmlWriter::CXmlWriterContext& CXmlWriter::PushContext(CTextRef localName, CTextRef namespaceUri) {
   m_wasElementOpened = true;
-  std::unique_ptr<detail::PrefixScope> rootScope;
-  if (!m_context) rootScope = std::make_unique<detail::PrefixScope>(*m_rootScope);
+  if (!m_context) return PushRoot(localName, namespaceUri);
   if (m_spare) {
     std::unique_ptr<CXmlWriterContext> element = std::move(m_spare);
     m_spare = std::move(element->m_parent);
@@ -189,7 +198,13 @@ CXmlWriter::CXmlWriterContext& CXmlWriter::PushContext(CTextRef localName, CText
   } else {
     m_context = std::make_unique<CXmlWriterContext>(localName, namespaceUri, std::move(m_context));
   }
-  if (rootScope) m_context->TakeScope(std::move(rootScope));
+  return *m_context;
+}
+
+CXmlWriter::CXmlWriterContext& CXmlWriter::PushRoot(CTextRef localName, CTextRef namespaceUri) {
+  auto scope = std::make_unique<detail::PrefixScope>(*m_rootScope);
+  m_context = std::make_unique<CXmlWriterContext>(localName, namespaceUri, nullptr);
+  m_context->TakeScope(std::move(scope));
   return *m_context;
 }
 

@@ -120,6 +120,7 @@ class ZUXMLLIB16_API CAttributeInfoPrimitive : public CAttributeInfo {
   ItemType m_itemType;
   std::string m_format;
   WhitespaceRule m_whitespaceRule;
+  bool m_isChecked;  // whether a check of the facets can fail
 };
 
 /// An attribute wildcard (xs:anyAttribute), whose property is a CAttributeCol.

@@ -15,6 +15,8 @@ using ZuXmlLib16Data::XmlElementType;
 
 namespace detail {
 
+class NameMatch;
+
 /// What the collections of generated classes do, whatever the class.
 class ZUXMLLIB16_API ClassCol : public CXmlCollection {
  public:
@@ -47,8 +49,7 @@ class ZUXMLLIB16_API ClassCol : public CXmlCollection {
 
  private:
   /// The object for an element; null when there is none.
-  CSmartPtr<CXmlObjectBase> ItemFor(CXmlElement* element, const CSerializationContext& context,
-                                    const std::string& namespaceUri) const;
+  CSmartPtr<CXmlObjectBase> ItemFor(CXmlElement* element, NameMatch& isItem) const;
 
   XmlElementType m_elementType;
   ClassFactory m_factory = nullptr;

@@ -183,6 +183,7 @@ class ZUXMLLIB16_API CElementInfo {
   /// Validate of mandatory members of all-groups.
   bool ValidateFound(bool found, bool mustExist, bool mayBeMissing) const;
   EnumToText GetEnumToText() const { return m_enumToText; }
+  bool WriteItems(const CXmlCollectionBase& collection, const detail::Writing& out) const;
 
  private:
   bool IsNil(const CSerializationContext& context, const CXmlElement& element) const;
@@ -201,6 +202,7 @@ class ZUXMLLIB16_API CElementInfo {
   EnumToText m_enumToText = nullptr;
   TextToEnum m_textToEnum = nullptr;
   bool m_isPrimitive = false;
+  bool m_isChecked = false;  // whether a check of the facets can fail
   bool m_isCollection = false;
 };
 

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <string>
+#include <typeinfo>
 
 #include "ZuXmlLib16/ElementInfo.h"
 #include "ZuXmlLib16/Export.h"
@@ -42,6 +44,8 @@ class ZUXMLLIB16_API CParentElementInfo {
   bool KeepsTextRaw() const { return m_keepTextRaw; }
 
  private:
+  friend class ZuXmlLib16::CXmlGeneratedClass;
+
   XmlElementGroupType m_groupType;
   XmlElementType m_elementType;
   std::string m_elementName;
@@ -52,6 +56,8 @@ class ZUXMLLIB16_API CParentElementInfo {
   ItemType m_textItemType;
   std::string m_thirdText;
   bool m_keepTextRaw;
+  /// A class of this metadata that is known not to be nillable.
+  mutable std::atomic<const std::type_info*> m_notNillable{nullptr};
 };
 
 }  // namespace ZuXmlLib16Data

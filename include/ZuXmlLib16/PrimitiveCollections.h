@@ -61,7 +61,7 @@ class ZUXMLLIB16_API CXmlTypeCollection : public CXmlCollection {
                      WhitespaceRule whitespaceRule, CTextRef lastText);
 
   /// Writes one element with the given text.
-  void WriteItem(CXmlWriter& writer, CTextRef namespaceUri, CTextRef text) const;
+  void WriteItem(CXmlWriter& writer, CTextRef text) const;
 
  private:
   // The operations on the list of objects.

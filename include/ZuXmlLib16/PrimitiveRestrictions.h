@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 
 #include "ZuXmlLib16/Export.h"
@@ -24,32 +25,39 @@ class ZUXMLLIB16_API CPrimitiveRestrictions {
   virtual ~CPrimitiveRestrictions();
 
   /// Whether any facet is set.
-  bool HasFacets() const { return m_hasFacets; }
+  bool HasFacets() const { return m_facets != nullptr; }
 
   /// An XML Schema regular expression in the local character set.
-  const std::string& GetPattern() const { return m_pattern; }
-  std::int64_t GetMinLength() const { return m_minLength; }
-  std::int64_t GetMaxLength() const { return m_maxLength; }
-  const std::string& GetMinInclusive() const { return m_minInclusive; }
-  const std::string& GetMaxInclusive() const { return m_maxInclusive; }
-  const std::string& GetMinExclusive() const { return m_minExclusive; }
-  const std::string& GetMaxExclusive() const { return m_maxExclusive; }
-  std::int64_t GetLength() const { return m_length; }
-  std::int64_t GetTotalDigits() const { return m_totalDigits; }
-  std::int64_t GetFractionDigits() const { return m_fractionDigits; }
+  const std::string& GetPattern() const { return Facets().pattern; }
+  std::int64_t GetMinLength() const { return Facets().minLength; }
+  std::int64_t GetMaxLength() const { return Facets().maxLength; }
+  const std::string& GetMinInclusive() const { return Facets().minInclusive; }
+  const std::string& GetMaxInclusive() const { return Facets().maxInclusive; }
+  const std::string& GetMinExclusive() const { return Facets().minExclusive; }
+  const std::string& GetMaxExclusive() const { return Facets().maxExclusive; }
+  std::int64_t GetLength() const { return Facets().length; }
+  std::int64_t GetTotalDigits() const { return Facets().totalDigits; }
+  std::int64_t GetFractionDigits() const { return Facets().fractionDigits; }
 
  private:
-  std::string m_pattern;
-  std::int64_t m_minLength;
-  std::int64_t m_maxLength;
-  std::string m_minInclusive;
-  std::string m_maxInclusive;
-  std::string m_minExclusive;
-  std::string m_maxExclusive;
-  std::int64_t m_length;
-  std::int64_t m_totalDigits;
-  std::int64_t m_fractionDigits;
-  bool m_hasFacets;
+  struct FacetValues {
+    std::string pattern;
+    std::int64_t minLength = -1;
+    std::int64_t maxLength = -1;
+    std::string minInclusive;
+    std::string maxInclusive;
+    std::string minExclusive;
+    std::string maxExclusive;
+    std::int64_t length = -1;
+    std::int64_t totalDigits = -1;
+    std::int64_t fractionDigits = -1;
+  };
+
+  const FacetValues& Facets() const { return m_facets != nullptr ? *m_facets : NoFacets(); }
+  static const FacetValues& NoFacets();
+
+  // Immutable and shared by copies; null when none is set, as in most collections.
+  std::shared_ptr<const FacetValues> m_facets;
 };
 
 }  // namespace ZuXmlLib16

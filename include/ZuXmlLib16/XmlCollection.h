@@ -59,6 +59,7 @@ class ZUXMLLIB16_API CXmlCollectionBase : public CXmlObjectBase, public CInstanc
 
  protected:
   bool HasListeners() const { return !m_listeners.empty(); }
+  const std::string& NamespaceUri() const { return m_namespaceUri; }
 
  private:
   enum class CountState { Valid, TooMany, TooFew };

@@ -117,15 +117,16 @@ class ZUXMLLIB16_API CXmlGeneratedClass : public CXmlObjectBase {
   /// @return the one that took something, null when none did; then cursor stays.
   CElementInfo* ReadChoice(const CSerializationContext& context, CXmlElement* parent,
                            CXmlElement*& cursor, XmlElementType elementType);
-  void WriteElement(CXmlWriter& writer, bool isDocumentRoot, const char* namespaceUri,
-                    const CSerializationContext& context, bool isOptionalChoice) const;
-  void WriteContent(CXmlWriter& writer, const CSerializationContext& context,
+  void WriteElement(CXmlWriter& writer, const CParentElementInfo& classInfo, bool isDocumentRoot,
+                    const char* namespaceUri, const CSerializationContext& context,
                     bool isOptionalChoice) const;
+  void WriteContent(CXmlWriter& writer, const CParentElementInfo& classInfo,
+                    const CSerializationContext& context, bool isOptionalChoice) const;
   static void WriteSchema(CXmlWriter& writer, const std::string& schema);
   void WriteTypeAttribute(CXmlWriter& writer, const CSerializationContext& context) const;
   void WriteText(CXmlWriter& writer, const CParentElementInfo& classInfo) const;
   const std::string& NameToWrite() const;
-  INillable* FindNillable() const;
+  INillable* FindNillable(const CParentElementInfo& classInfo) const;
 };
 
 /// Owns the metadata of one class, as a static of it.

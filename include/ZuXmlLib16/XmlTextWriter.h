@@ -69,6 +69,7 @@ class ZUXMLLIB16_API CXmlTextWriter : public CXmlWriter {
   void PutIndent(std::uint64_t depth);
   void PutEolWhenFormatting();
   void PutStartTag(CXmlWriterContext& element);
+  static bool FindPrefix(CXmlWriterContext& element);
   void PutRootDeclarations();
   void FlushWhenFull();
   CXmlWriterContext& ContextOfOpenTag() const;

@@ -91,7 +91,8 @@ class ZUXMLLIB16_API CXmlWriter : public CInstanceMonitor {
     std::uint64_t m_depth = 0;
     std::string m_namespaceUri;
     std::string m_name;
-    std::string m_prefix;  // of the tags, "" for none
+    std::string m_prefix;             // of the tags, "" for none
+    std::uint64_t m_prefixStamp = 0;  // of the scope in which the namespace has this prefix
     std::unique_ptr<CXmlWriterContext> m_parent;
     ContextState m_state = ContextState::Normal;
     detail::PrefixScope* m_scope = nullptr;  // own, or that of the nearest ancestor with one
@@ -149,6 +150,8 @@ class ZUXMLLIB16_API CXmlWriter : public CInstanceMonitor {
   bool WasElementOpened() const { return m_wasElementOpened; }
 
  private:
+  CXmlWriterContext& PushRoot(CTextRef localName, CTextRef namespaceUri);
+
   std::unique_ptr<CXmlWriterContext> m_context;
   std::unique_ptr<detail::PrefixScope> m_rootScope;
   std::unique_ptr<CXmlWriterContext> m_spare;  // closed elements, to be used again
