@@ -220,6 +220,9 @@ TEST(Conversions, RealsAgreeWithTheCLibrary) {
     double value = 0;
     std::memcpy(&value, &pattern, sizeof value);
     if (i % 2 == 0) value = static_cast<double>(static_cast<long>(pattern) >> 40) / 1000;
+    // All digits, and halves between two digits, at everyday sizes.
+    if (i % 3 == 0) value = std::ldexp(static_cast<double>(pattern >> 11), -(i % 70));
+    if (i % 5 == 0) value = std::ldexp(static_cast<double>(pattern % 64 * 2 + 1), -(i % 60));
     if (!std::isfinite(value)) continue;
     char text[48];
     std::snprintf(text, sizeof text, "%.16g", value);
