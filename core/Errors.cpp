@@ -193,6 +193,10 @@ void ThrowInvalidEolType() {
   throw CZuException("Invalid EOL type.");
 }
 
+void ThrowUnknownNamespace(const std::string& name) {
+  throw CZuException(FormatString("Unknown Namespace: %s.", name.c_str()));
+}
+
 void ThrowUnknownWhitespaceRule() {
   throw CZuException("Unknown WhitespaceRule");
 }

@@ -68,6 +68,10 @@ namespace ZuXmlLib16 {
 [[noreturn]] void ThrowDirectiveAfterElement();
 [[noreturn]] void ThrowInvalidEolType();
 
+// JSON writing
+/// @param name  of the element or attribute whose namespace has no prefix.
+[[noreturn]] void ThrowUnknownNamespace(const std::string& name);
+
 // Value types
 [[noreturn]] void ThrowUnknownWhitespaceRule();
 

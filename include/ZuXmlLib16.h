@@ -19,6 +19,7 @@
 #include "ZuXmlLib16/InstanceMonitor.h"
 #include "ZuXmlLib16/ItemType.h"
 #include "ZuXmlLib16/JsonContext.h"
+#include "ZuXmlLib16/JsonTextWriter.h"
 #include "ZuXmlLib16/NamespaceAliasMap.h"
 #include "ZuXmlLib16/PrimitiveCollections.h"
 #include "ZuXmlLib16/PrimitiveRestrictions.h"
