@@ -89,6 +89,18 @@ void ReadDocument(CXmlObjectBase& object, const CSerializationContext& context, 
   object.FromXml_Int(root, root->GetFirstElement(), context, false);
 }
 
+/// The same for JSON.
+template <class Read>
+void ReadJsonDocument(CXmlObjectBase& object, const CSerializationContext& context, Read read) {
+  if (context.GetJsonContext().GetSupportRoundtrip() == JsonRoundTrip::Full) {
+    return ReadDocument(object, context, read);
+  }
+  // Nothing in such JSON has a namespace, so that none may be asked for.
+  CSerializationContext unqualified(context);
+  unqualified.SetIgnoreNamespaces(true);
+  ReadDocument(object, unqualified, read);
+}
+
 /// The formats that this version declares but does not write or read.
 [[noreturn]] void RefuseFormat(const char* format) {
   CheckVersion();
@@ -181,6 +193,29 @@ void CXmlObjectBase::FromXmlStream(const CBinaryData& data, const CSerialization
   FromXmlStream(data.GetData(), data.GetLength(), context);
 }
 
+void CXmlObjectBase::FromJson(const char* json, const CSerializationContext& context) {
+  ReadJsonDocument(*this, context, [&](CXmlDocument& document) { document.ReadJson(json); });
+}
+
+void CXmlObjectBase::FromJson(const wchar_t* json, const CSerializationContext& context) {
+  ReadJsonDocument(*this, context, [&](CXmlDocument& document) { document.ReadJson(json); });
+}
+
+void CXmlObjectBase::FromJsonFile(const char* fileName, const CSerializationContext& context) {
+  ReadJsonDocument(*this, context,
+                   [&](CXmlDocument& document) { document.ReadJsonFile(fileName); });
+}
+
+void CXmlObjectBase::FromJsonStream(unsigned char* data, unsigned long size,
+                                    const CSerializationContext& context) {
+  ReadJsonDocument(*this, context,
+                   [&](CXmlDocument& document) { document.ReadJsonStream(data, size); });
+}
+
+void CXmlObjectBase::FromJsonStream(const CBinaryData& data, const CSerializationContext& context) {
+  FromJsonStream(data.GetData(), data.GetLength(), context);
+}
+
 void CXmlObjectBase::FromXmlElement(const CXmlElement* element,
                                     const CSerializationContext& context) {
   CheckVersion();
@@ -204,11 +239,6 @@ void CXmlObjectBase::ToFastInfosetFile(const char*, FInfoDecl, const CSerializat
   RefuseFormat("Fast Infoset");
 }
 CBinaryData CXmlObjectBase::ToFastInfosetStream(FInfoDecl, const CSerializationContext&, CompressionType) const { RefuseFormat("Fast Infoset"); }
-void CXmlObjectBase::FromJsonFile(const char*, const CSerializationContext&) { RefuseFormat("JSON"); }
-void CXmlObjectBase::FromJson(const char*, const CSerializationContext&) { RefuseFormat("JSON"); }
-void CXmlObjectBase::FromJson(const wchar_t*, const CSerializationContext&) { RefuseFormat("JSON"); }
-void CXmlObjectBase::FromJsonStream(unsigned char*, unsigned long, const CSerializationContext&) { RefuseFormat("JSON"); }
-void CXmlObjectBase::FromJsonStream(const CBinaryData&, const CSerializationContext&) { RefuseFormat("JSON"); }
 // clang-format on
 
 }  // namespace ZuXmlLib16

@@ -19,6 +19,8 @@
 #include "ZuXmlLib16/InstanceMonitor.h"
 #include "ZuXmlLib16/ItemType.h"
 #include "ZuXmlLib16/JsonContext.h"
+#include "ZuXmlLib16/JsonReaderToXmlHandler.h"
+#include "ZuXmlLib16/JsonTextReader.h"
 #include "ZuXmlLib16/JsonTextWriter.h"
 #include "ZuXmlLib16/NamespaceAliasMap.h"
 #include "ZuXmlLib16/PrimitiveCollections.h"
