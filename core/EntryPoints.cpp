@@ -1,4 +1,5 @@
 #include "ZuXmlLib16/Encoder.h"
+#include "ZuXmlLib16/JsonTextWriter.h"
 #include "ZuXmlLib16/UntypedContent.h"
 #include "ZuXmlLib16/XmlDocument.h"
 #include "ZuXmlLib16/XmlObjectBase.h"
@@ -15,8 +16,8 @@ namespace {
 bool writeDirectlyToFiles = false;
 
 /// Writes the object as a document into the stream.
-void WriteDocument(const CXmlObjectBase& object, CTextStream& stream, bool includeDocHeader,
-                   bool prettyPrint, EOLType eol, const CSerializationContext& context) {
+void WriteXml(const CXmlObjectBase& object, CTextStream& stream, bool includeDocHeader,
+              bool prettyPrint, EOLType eol, const CSerializationContext& context) {
   CXmlTextWriter writer(stream);
   writer.Open();
   writer.SetFormat(prettyPrint);
@@ -29,6 +30,55 @@ void WriteDocument(const CXmlObjectBase& object, CTextStream& stream, bool inclu
   writer.Close();
 }
 
+void WriteJson(const CXmlObjectBase& object, CTextStream& stream, bool prettyPrint, EOLType eol,
+               const CSerializationContext& context) {
+  CJsonTextWriter writer(stream, context.GetJsonContext());
+  writer.Open();
+  writer.SetFormat(prettyPrint);
+  writer.SetIndentChars(context.GetIndentChars().c_str());
+  writer.SetEOLType(eol);
+  writer.WriteStartDocument();
+  const std::string targetNamespace = object.GetTargetNamespace();
+  object.ToXml_Int(&writer, true, targetNamespace.c_str(), context, false);
+  writer.WriteEndDocument();
+  writer.Close();
+}
+
+/// The text that write puts into a stream.
+template <class Write>
+std::string MakeText(Write write) {
+  CheckVersion();
+  CTextStream stream;
+  write(stream);
+  return stream.CopyText();
+}
+
+/// The same as bytes.
+template <class Write>
+CBinaryData MakeBytes(XmlEncoding encoding, CompressionType compression, Write write) {
+  CheckVersion();
+  CTextStream stream(encoding);
+  write(stream);
+  CBinaryData data = stream.GetEncodedStream();
+  CZuZip::CompressData(data, compression);
+  return data;
+}
+
+/// Puts a text document into a file.
+/// @param write      puts it into a stream.
+/// @param makeBytes  gives the bytes of it, compressed.
+template <class Write, class MakeBytes>
+void WriteFile(const char* fileName, XmlEncoding encoding, CompressionType compression, Write write,
+               MakeBytes makeBytes) {
+  if (compression == CompressionType::Zlib) ThrowZlibOnlyForStreams();
+  if (writeDirectlyToFiles && compression == CompressionType::None) {
+    CheckVersion();
+    CFileTextStream stream(fileName, encoding);
+    return write(stream);
+  }
+  CFileBinaryStream(fileName, encoding, makeBytes()).ToFile();
+}
+
 /// Reads the object from a document that load fills.
 template <class Load>
 void ReadDocument(CXmlObjectBase& object, const CSerializationContext& context, Load load) {
@@ -37,6 +87,18 @@ void ReadDocument(CXmlObjectBase& object, const CSerializationContext& context, 
   load(document);
   CXmlElement* const root = document.GetDocumentElement();
   object.FromXml_Int(root, root->GetFirstElement(), context, false);
+}
+
+/// The same for JSON.
+template <class Read>
+void ReadJsonDocument(CXmlObjectBase& object, const CSerializationContext& context, Read read) {
+  if (context.GetJsonContext().GetSupportRoundtrip() == JsonRoundTrip::Full) {
+    return ReadDocument(object, context, read);
+  }
+  // Nothing in such JSON has a namespace, so that none may be asked for.
+  CSerializationContext unqualified(context);
+  unqualified.SetIgnoreNamespaces(true);
+  ReadDocument(object, unqualified, read);
 }
 
 /// The formats that this version declares but does not write or read.
@@ -59,37 +121,55 @@ void CXmlObjectBase::AsyncToXmlFile(bool direct) {
 
 std::string CXmlObjectBase::ToXml(bool includeDocHeader, bool prettyPrint, EOLType eol,
                                   const CSerializationContext& context) const {
-  CheckVersion();
-  CTextStream stream;
-  WriteDocument(*this, stream, includeDocHeader, prettyPrint, eol, context);
-  return stream.CopyText();
+  return MakeText([&](CTextStream& stream) {
+    WriteXml(*this, stream, includeDocHeader, prettyPrint, eol, context);
+  });
 }
 
 CBinaryData CXmlObjectBase::ToXmlStream(bool includeDocHeader, bool prettyPrint,
                                         XmlEncoding encoding, EOLType eol,
                                         const CSerializationContext& context,
                                         CompressionType compression) const {
-  CheckVersion();
-  CTextStream stream(encoding);
-  WriteDocument(*this, stream, includeDocHeader, prettyPrint, eol, context);
-  CBinaryData data = stream.GetEncodedStream();
-  CZuZip::CompressData(data, compression);
-  return data;
+  return MakeBytes(encoding, compression, [&](CTextStream& stream) {
+    WriteXml(*this, stream, includeDocHeader, prettyPrint, eol, context);
+  });
 }
 
 void CXmlObjectBase::ToXmlFile(const char* fileName, bool includeDocHeader, bool prettyPrint,
                                XmlEncoding encoding, EOLType eol,
                                const CSerializationContext& context,
                                CompressionType compression) const {
-  if (compression == CompressionType::Zlib) ThrowZlibOnlyForStreams();
-  if (writeDirectlyToFiles && compression == CompressionType::None) {
-    CheckVersion();
-    CFileTextStream stream(fileName, encoding);
-    return WriteDocument(*this, stream, includeDocHeader, prettyPrint, eol, context);
-  }
-  const CBinaryData data =
-      ToXmlStream(includeDocHeader, prettyPrint, encoding, eol, context, compression);
-  CFileBinaryStream(fileName, encoding, data).ToFile();
+  WriteFile(
+      fileName, encoding, compression,
+      [&](CTextStream& stream) {
+        WriteXml(*this, stream, includeDocHeader, prettyPrint, eol, context);
+      },
+      [&] {
+        return ToXmlStream(includeDocHeader, prettyPrint, encoding, eol, context, compression);
+      });
+}
+
+std::string CXmlObjectBase::ToJson(bool prettyPrint, EOLType eol,
+                                   const CSerializationContext& context) const {
+  return MakeText(
+      [&](CTextStream& stream) { WriteJson(*this, stream, prettyPrint, eol, context); });
+}
+
+CBinaryData CXmlObjectBase::ToJsonStream(bool prettyPrint, XmlEncoding encoding, EOLType eol,
+                                         const CSerializationContext& context,
+                                         CompressionType compression) const {
+  return MakeBytes(encoding, compression, [&](CTextStream& stream) {
+    WriteJson(*this, stream, prettyPrint, eol, context);
+  });
+}
+
+void CXmlObjectBase::ToJsonFile(const char* fileName, bool prettyPrint, XmlEncoding encoding,
+                                EOLType eol, const CSerializationContext& context,
+                                CompressionType compression) const {
+  WriteFile(
+      fileName, encoding, compression,
+      [&](CTextStream& stream) { WriteJson(*this, stream, prettyPrint, eol, context); },
+      [&] { return ToJsonStream(prettyPrint, encoding, eol, context, compression); });
 }
 
 void CXmlObjectBase::FromXml(const char* xml, const CSerializationContext& context) {
@@ -113,6 +193,29 @@ void CXmlObjectBase::FromXmlStream(const CBinaryData& data, const CSerialization
   FromXmlStream(data.GetData(), data.GetLength(), context);
 }
 
+void CXmlObjectBase::FromJson(const char* json, const CSerializationContext& context) {
+  ReadJsonDocument(*this, context, [&](CXmlDocument& document) { document.ReadJson(json); });
+}
+
+void CXmlObjectBase::FromJson(const wchar_t* json, const CSerializationContext& context) {
+  ReadJsonDocument(*this, context, [&](CXmlDocument& document) { document.ReadJson(json); });
+}
+
+void CXmlObjectBase::FromJsonFile(const char* fileName, const CSerializationContext& context) {
+  ReadJsonDocument(*this, context,
+                   [&](CXmlDocument& document) { document.ReadJsonFile(fileName); });
+}
+
+void CXmlObjectBase::FromJsonStream(unsigned char* data, unsigned long size,
+                                    const CSerializationContext& context) {
+  ReadJsonDocument(*this, context,
+                   [&](CXmlDocument& document) { document.ReadJsonStream(data, size); });
+}
+
+void CXmlObjectBase::FromJsonStream(const CBinaryData& data, const CSerializationContext& context) {
+  FromJsonStream(data.GetData(), data.GetLength(), context);
+}
+
 void CXmlObjectBase::FromXmlElement(const CXmlElement* element,
                                     const CSerializationContext& context) {
   CheckVersion();
@@ -130,24 +233,12 @@ void CXmlObjectBase::FromXmlElement(const CElement* element, const CSerializatio
 }
 
 // clang-format off
-void CXmlObjectBase::ToJsonFile(const char*, bool, XmlEncoding, EOLType, const CSerializationContext&,
-                                CompressionType compression) const {
-  if (compression == CompressionType::Zlib) ThrowZlibOnlyForStreams();
-  RefuseFormat("JSON");
-}
 void CXmlObjectBase::ToFastInfosetFile(const char*, FInfoDecl, const CSerializationContext&,
                                        CompressionType compression) const {
   if (compression == CompressionType::Zlib) ThrowZlibOnlyForStreams();
   RefuseFormat("Fast Infoset");
 }
-std::string CXmlObjectBase::ToJson(bool, EOLType, const CSerializationContext&) const { RefuseFormat("JSON"); }
 CBinaryData CXmlObjectBase::ToFastInfosetStream(FInfoDecl, const CSerializationContext&, CompressionType) const { RefuseFormat("Fast Infoset"); }
-CBinaryData CXmlObjectBase::ToJsonStream(bool, XmlEncoding, EOLType, const CSerializationContext&, CompressionType) const { RefuseFormat("JSON"); }
-void CXmlObjectBase::FromJsonFile(const char*, const CSerializationContext&) { RefuseFormat("JSON"); }
-void CXmlObjectBase::FromJson(const char*, const CSerializationContext&) { RefuseFormat("JSON"); }
-void CXmlObjectBase::FromJson(const wchar_t*, const CSerializationContext&) { RefuseFormat("JSON"); }
-void CXmlObjectBase::FromJsonStream(unsigned char*, unsigned long, const CSerializationContext&) { RefuseFormat("JSON"); }
-void CXmlObjectBase::FromJsonStream(const CBinaryData&, const CSerializationContext&) { RefuseFormat("JSON"); }
 // clang-format on
 
 }  // namespace ZuXmlLib16

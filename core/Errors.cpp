@@ -264,6 +264,85 @@ void ThrowWrongDateType(const std::string& type) {
       FormatString("Dates added to this collection must be of type dt_%s", type.c_str()));
 }
 
+void ThrowJsonStringEmpty() {
+  throw CZuException("JSON String is empty!");
+}
+
+void ThrowJsonStreamEmpty() {
+  throw CZuException("JSON Stream is empty!");
+}
+
+void ThrowJsonDepthLimit(const JsonPlace& place, const std::string& path) {
+  throw CZuValidationException(FormatString("JSON exceeded depth limit at line %d, position %d.",
+                                            place.line, place.position),
+                               path);
+}
+
+void ThrowJsonEnd(const char* expected, const JsonPlace& place, const std::string& path) {
+  throw CZuValidationException(
+      FormatString("Unexpected End of File. Expected %s at line %d, position %d.", expected,
+                   place.line, place.position),
+      path);
+}
+
+void ThrowJsonCharacter(const char* expected, char found, const JsonPlace& place,
+                        const std::string& path) {
+  throw CZuValidationException(FormatString("Expected %s, found '%c' at line %d, position %d.",
+                                            expected, found, place.line, place.position),
+                               path);
+}
+
+void ThrowJsonEscape(char character, const JsonPlace& place, const std::string& path) {
+  throw CZuValidationException(
+      FormatString("Invalid Escape Character '%c' at line %d, position %d.", character, place.line,
+                   place.position),
+      path);
+}
+
+void ThrowJsonLiteral(const char* name, const JsonPlace& place, const std::string& path) {
+  throw CZuValidationException(
+      FormatString("Expected '%s' at line %d, position %d.", name, place.line, place.position),
+      path);
+}
+
+void ThrowJsonNameEmpty(const std::string& path) {
+  throw CZuValidationException("JSON item has an empty Name.", path);
+}
+
+void ThrowJsonArrayWithoutName(const std::string& path) {
+  throw CZuValidationException("JSON Array has no Name.", path);
+}
+
+[[noreturn]] static void ThrowJsonConversion(const std::string& reason, const std::string& path) {
+  throw CZuValidationException("Error converting JSON to XML:\n" + reason, path);
+}
+
+void ThrowJsonRootMissing(const std::string& path) {
+  ThrowJsonConversion("The document has no root element.", path);
+}
+
+void ThrowJsonSecondRoot(const std::string& path) {
+  ThrowJsonConversion("The document has more than one root element.", path);
+}
+
+void ThrowJsonMemberOutsideRoot(const std::string& name, const std::string& path) {
+  ThrowJsonConversion("The member [" + name + "] must be inside the root element.", path);
+}
+
+void ThrowJsonMemberHolds(const std::string& name, const char* what, const std::string& path) {
+  ThrowJsonConversion("The member [" + name + "] can not hold " + what + '.', path);
+}
+
+void ThrowJsonPrefixUndeclared(const std::string& prefix, const std::string& path) {
+  ThrowJsonConversion("The prefix [" + prefix + "] is not declared.", path);
+}
+
+void ThrowJsonPrefixUnusable(const std::string& prefix, const std::string& namespaceUri,
+                             const std::string& path) {
+  ThrowJsonConversion(
+      "The prefix [" + prefix + "] can not stand for the namespace [" + namespaceUri + "].", path);
+}
+
 void ThrowXmlStringEmpty() {
   throw CZuException("XML String is empty!");
 }
@@ -308,6 +387,10 @@ void ThrowDirectiveAfterElement() {
 
 void ThrowInvalidEolType() {
   throw CZuException("Invalid EOL type.");
+}
+
+void ThrowUnknownNamespace(const std::string& name) {
+  throw CZuException(FormatString("Unknown Namespace: %s.", name.c_str()));
 }
 
 void ThrowUnknownWhitespaceRule() {

@@ -88,6 +88,39 @@ class CZuException;
 /// @param type  the date type that is wanted, e.g. "gYearMonth".
 [[noreturn]] void ThrowWrongDateType(const std::string& type);
 
+// JSON reading
+/// A place in a text; both count from 1.
+struct JsonPlace {
+  int line;
+  int position;
+};
+[[noreturn]] void ThrowJsonStringEmpty();
+[[noreturn]] void ThrowJsonStreamEmpty();
+[[noreturn]] void ThrowJsonDepthLimit(const JsonPlace& place, const std::string& path);
+/// @param expected  what should stand where the text ends.
+[[noreturn]] void ThrowJsonEnd(const char* expected, const JsonPlace& place,
+                               const std::string& path);
+/// @param expected  what should stand where the character does.
+[[noreturn]] void ThrowJsonCharacter(const char* expected, char found, const JsonPlace& place,
+                                     const std::string& path);
+[[noreturn]] void ThrowJsonEscape(char character, const JsonPlace& place, const std::string& path);
+/// @param name  "NULL", "true" or "false".
+[[noreturn]] void ThrowJsonLiteral(const char* name, const JsonPlace& place,
+                                   const std::string& path);
+
+// JSON that is no XML
+[[noreturn]] void ThrowJsonNameEmpty(const std::string& path);
+[[noreturn]] void ThrowJsonArrayWithoutName(const std::string& path);
+[[noreturn]] void ThrowJsonRootMissing(const std::string& path);
+[[noreturn]] void ThrowJsonSecondRoot(const std::string& path);
+[[noreturn]] void ThrowJsonMemberOutsideRoot(const std::string& name, const std::string& path);
+/// @param what  "an array" or "an object".
+[[noreturn]] void ThrowJsonMemberHolds(const std::string& name, const char* what,
+                                       const std::string& path);
+[[noreturn]] void ThrowJsonPrefixUndeclared(const std::string& prefix, const std::string& path);
+[[noreturn]] void ThrowJsonPrefixUnusable(const std::string& prefix,
+                                          const std::string& namespaceUri, const std::string& path);
+
 // Documents
 [[noreturn]] void ThrowXmlStringEmpty();
 [[noreturn]] void ThrowXmlStreamEmpty();
@@ -103,6 +136,10 @@ class CZuException;
 [[noreturn]] void ThrowAttributeAfterContent();
 [[noreturn]] void ThrowDirectiveAfterElement();
 [[noreturn]] void ThrowInvalidEolType();
+
+// JSON writing
+/// @param name  of the element or attribute whose namespace has no prefix.
+[[noreturn]] void ThrowUnknownNamespace(const std::string& name);
 
 // Value types
 [[noreturn]] void ThrowUnknownWhitespaceRule();

@@ -280,11 +280,17 @@ void CElement::ToXml_Int(CXmlWriter* writer, bool isDocumentRoot, const char* /*
   WriteTree(*writer, isDocumentRoot, context);
 }
 
+bool CElement::HasSameName(const CElement& a, const CElement& b) {
+  return a.GetName() == b.GetName() &&
+         (a.m_scope == b.m_scope || a.m_scope->namespaceUri == b.m_scope->namespaceUri);
+}
+
 void CElement::WriteTree(CXmlWriter& writer, bool isDocumentRoot,
                          const CSerializationContext& context) const {
   struct OpenElement {
     const CElement* element;
     CXmlCollection::CNode* nextChild;
+    bool isInRun;  // the next child has the name of the one before it
   };
   std::vector<OpenElement> open;
   const auto start = [&](const CElement& element) {
@@ -294,18 +300,27 @@ void CElement::WriteTree(CXmlWriter& writer, bool isDocumentRoot,
       element.m_attributes->ToXml_Int(&writer, false, element.m_scope->namespaceUri.c_str(),
                                       context, false);
     }
-    open.push_back({&element, element.m_elements ? element.m_elements->GetHead() : nullptr});
+    open.push_back({&element, element.m_elements ? element.m_elements->GetHead() : nullptr, false});
   };
   start(*this);
   while (!open.empty()) {
     OpenElement& innermost = open.back();
     if (innermost.nextChild != nullptr) {
-      const CXmlObjectBase& child = *innermost.nextChild->GetItem();
+      const auto& child = static_cast<const CElement&>(*innermost.nextChild->GetItem());
       innermost.nextChild = innermost.nextChild->GetNext();
+      // Neighbours of one name are a collection to formats with arrays.
+      const bool runGoesOn =
+          innermost.nextChild != nullptr &&
+          HasSameName(child, static_cast<const CElement&>(*innermost.nextChild->GetItem()));
+      if (!innermost.isInRun) {
+        writer.SetContextState(runGoesOn ? CXmlWriter::ContextState::CollectionPending
+                                         : CXmlWriter::ContextState::CollectionEnded);
+      }
+      innermost.isInRun = runGoesOn;
       // A derived class may write itself in its own way; the plain ones need no call for every
       // level.
-      if (typeid(child) == typeid(CElement) && !static_cast<const CElement&>(child).m_raw) {
-        start(static_cast<const CElement&>(child));
+      if (typeid(child) == typeid(CElement) && !child.m_raw) {
+        start(child);
       } else {
         child.ToXml_Int(&writer, false, innermost.element->m_scope->namespaceUri.c_str(), context,
                         false);

@@ -3,15 +3,13 @@
 #include <expat.h>
 
 #include <algorithm>
-#include <cstring>
 #include <exception>
 #include <string>
 #include <type_traits>
 
-#include "ZuXmlLib16/Encoder.h"
 #include "ZuXmlLib16/XmlDocument.h"
 #include "core/Errors.h"
-#include "xml/CharacterSet.h"
+#include "xml/TreeBuilder.h"
 #include "xml/XmlTree.h"
 
 namespace ZuXmlLib16 {
@@ -22,12 +20,11 @@ struct ExpatParserFree {
 };
 using ExpatParserPtr = std::unique_ptr<std::remove_pointer_t<XML_Parser>, ExpatParserFree>;
 
-constexpr char kSeparator = '|';
 constexpr unsigned long kLargestPiece = 1UL << 30;  // XML_Parse takes an int
 
 }  // namespace
 
-/// What the handlers need. Names and texts come from expat as valid UTF-8.
+/// What the handlers need.
 class CExpatReader::CState {
  public:
   CState(CXmlDocument& document, detail::XmlTree& tree);
@@ -49,27 +46,19 @@ class CExpatReader::CState {
   static void XMLCALL FnStartNamespace(void* userData, const XML_Char* prefix, const XML_Char* uri);
 
   void StartElement(const char* name, const char** attributes);
-  void AddText(const char* text, std::size_t length);
-  void AddLocalText(std::string_view utf8);
-  /// utf8 as local text, valid until the next call.
-  std::string_view Local(std::string_view utf8);
 
-  CXmlDocument& m_document;
   detail::XmlTree& m_tree;
+  detail::TreeBuilder m_builder;
   ExpatParserPtr m_parser;
-  bool m_isLocalUtf8;
-  detail::XmlName* m_lastElement = nullptr;
-  std::string m_converted;
   std::exception_ptr m_failure;
 };
 
 CExpatReader::CState::CState(CXmlDocument& document, detail::XmlTree& tree)
-    : m_document(document),
-      m_tree(tree),
+    : m_tree(tree),
+      m_builder(document, tree),
       m_parser(document.m_schemaType == SchemaType::NoNamespaces
                    ? XML_ParserCreate(nullptr)
-                   : XML_ParserCreateNS(nullptr, kSeparator)),
-      m_isLocalUtf8(CEncoder::ASCII_ONLY || detail::LocaleIsUtf8()) {
+                   : XML_ParserCreateNS(nullptr, detail::TreeBuilder::kSeparator)) {
   if (!m_parser) throw std::bad_alloc();
   XML_SetUserData(m_parser.get(), this);
   XML_SetElementHandler(m_parser.get(), FnStartElement, FnEndElement);
@@ -98,11 +87,13 @@ void CExpatReader::CState::FnStartElement(void* userData, const XML_Char* name,
 }
 
 void CExpatReader::CState::FnEndElement(void* userData, const XML_Char* /*name*/) {
-  Guard(userData, [](CState& state) { state.m_tree.Close(); });
+  Guard(userData, [](CState& state) { state.m_builder.EndElement(); });
 }
 
 void CExpatReader::CState::FnText(void* userData, const XML_Char* text, int length) {
-  Guard(userData, [&](CState& state) { state.AddText(text, static_cast<std::size_t>(length)); });
+  Guard(userData, [&](CState& state) {
+    state.m_builder.AddText({text, static_cast<std::size_t>(length)});
+  });
 }
 
 void CExpatReader::CState::FnStartCData(void* userData) {
@@ -115,54 +106,19 @@ void CExpatReader::CState::FnEndCData(void* userData) {
 
 void CExpatReader::CState::FnStartNamespace(void* userData, const XML_Char* prefix,
                                             const XML_Char* uri) {
-  Guard(userData, [&](CState& state) {
-    const std::string localPrefix(state.Local(CTextRef(prefix)));
-    state.m_document.AddNamespaceAlias(localPrefix, state.Local(CTextRef(uri)));
-  });
+  Guard(userData,
+        [&](CState& state) { state.m_builder.StartNamespace(CTextRef(prefix), CTextRef(uri)); });
 }
 
 void CExpatReader::CState::StartElement(const char* name, const char** attributes) {
-  detail::XmlName* guess = m_lastElement != nullptr ? m_lastElement->next : nullptr;
-  detail::XmlName* const elementName = m_tree.NameOfSpelling(name, guess);
-  if (m_lastElement != nullptr) m_lastElement->next = elementName;
-  m_lastElement = elementName;
-  CXmlElement& element = *m_tree.Open(elementName);
-  if (*attributes == nullptr) return;
-
   const char** end = attributes;
   while (*end != nullptr) {
     end += 2;
   }
-  m_tree.AttributesOf(element).reserve(static_cast<std::size_t>(end - attributes) / 2);
-  detail::XmlName** link = &elementName->firstAttribute;
+  m_builder.StartElement(name, static_cast<std::size_t>(end - attributes) / 2);
   for (; attributes != end; attributes += 2) {
-    *link = m_tree.NameOfSpelling(attributes[0], *link);
-    m_tree.AddAttribute(element, *link, Local(attributes[1]));
-    link = &(*link)->next;
+    m_builder.AddAttribute(attributes[0], attributes[1]);
   }
-}
-
-void CExpatReader::CState::AddText(const char* text, std::size_t length) {
-  // Line ends come normalised: carriage returns are left by character references only.
-  while (const void* const found = std::memchr(text, '\r', length)) {
-    const auto before = static_cast<std::size_t>(static_cast<const char*>(found) - text);
-    AddLocalText({text, before});
-    text += before + 1;
-    length -= before + 1;
-  }
-  AddLocalText({text, length});
-}
-
-void CExpatReader::CState::AddLocalText(std::string_view utf8) {
-  const std::string_view local = Local(utf8);
-  m_tree.AddText(local.data(), local.size());
-}
-
-std::string_view CExpatReader::CState::Local(std::string_view utf8) {
-  if (m_isLocalUtf8) return utf8;
-  m_converted.clear();
-  detail::AppendUtf8AsLocal(m_converted, utf8.data(), utf8.size());
-  return m_converted;
 }
 
 void CExpatReader::CState::Parse(const unsigned char* data, unsigned long size, bool isFinal) {

@@ -8,10 +8,14 @@
 #include <cstring>
 #include <cwchar>
 
+#include "ZuXmlLib16/Encoder.h"
 #include "ZuXmlLib16/Exceptions.h"
 #include "ZuXmlLib16/ExpatReader.h"
+#include "ZuXmlLib16/JsonReaderToXmlHandler.h"
 #include "ZuXmlLib16/Streams.h"
 #include "core/Errors.h"
+#include "json/JsonToTree.h"
+#include "xml/CharacterSet.h"
 #include "xml/Inflate.h"
 #include "xml/XmlTree.h"
 
@@ -44,6 +48,11 @@ Bytes Utf16LittleEndian(const wchar_t* text, std::size_t length) {
   return bytes;
 }
 
+void CheckSize(unsigned long size, const CSerializationContext& context) {
+  const unsigned long limit = context.GetMaxDocumentSize();
+  if (limit != 0 && size > limit) ThrowDocumentTooLarge(limit);
+}
+
 /// The file itself with its size; errno is 0 before each call whose failure is reported.
 class InputFile {
  public:
@@ -71,6 +80,18 @@ class InputFile {
   detail::FilePtr m_file;
   unsigned long m_size = 0;
 };
+
+Bytes ReadFile(const char* path, const CSerializationContext& context) {
+  InputFile file(path);
+  CheckSize(file.Size(), context);
+  return file.Read();
+}
+
+std::string LocalText(const unsigned char* utf8, unsigned long size) {
+  std::string local;
+  detail::AppendUtf8AsLocal(local, reinterpret_cast<const char*>(utf8), size);
+  return local;
+}
 
 }  // namespace
 
@@ -121,7 +142,7 @@ void CXmlDocument::LoadXml(const char* xml) {
   Cleanup();
   const CTextRef text(xml);
   if (text.empty()) ThrowXmlStringEmpty();
-  CheckSize(text.size());
+  CheckSize(text.size(), *m_context);
   ParseText(reinterpret_cast<const unsigned char*>(text.data()), text.size());
 }
 
@@ -129,7 +150,7 @@ void CXmlDocument::LoadXml(const wchar_t* xml) {
   Cleanup();
   const std::size_t length = xml != nullptr ? std::wcslen(xml) : 0;
   if (length == 0) ThrowXmlStringEmpty();
-  CheckSize(2 * length);
+  CheckSize(2 * length, *m_context);
   const Bytes bytes = Utf16LittleEndian(xml, length);
   ParseText(bytes.data.get(), bytes.size);
 }
@@ -137,24 +158,102 @@ void CXmlDocument::LoadXml(const wchar_t* xml) {
 void CXmlDocument::LoadXmlStream(const unsigned char* data, unsigned long size) {
   Cleanup();
   if (data == nullptr || size == 0) ThrowXmlStreamEmpty();
-  CheckSize(size);
+  CheckSize(size, *m_context);
   Parse(data, size);
 }
 
 void CXmlDocument::Load(const char* path) {
   Cleanup();
-  Bytes bytes;
-  {
-    InputFile file(path);
-    CheckSize(file.Size());
-    bytes = file.Read();
-  }
+  const Bytes bytes = ReadFile(path, *m_context);
   Parse(bytes.data.get(), bytes.size);
 }
 
-void CXmlDocument::CheckSize(unsigned long size) const {
-  const unsigned long limit = m_context->GetMaxDocumentSize();
-  if (limit != 0 && size > limit) ThrowDocumentTooLarge(limit);
+CBinaryData CXmlDocument::LoadJson(const char* json) {
+  return ConvertJson(TakeJson(json));
+}
+
+CBinaryData CXmlDocument::LoadJson(const wchar_t* json) {
+  return ConvertJson(TakeJson(json));
+}
+
+CBinaryData CXmlDocument::LoadJsonStream(const unsigned char* data, unsigned long size) {
+  return ConvertJson(TakeJsonStream(data, size));
+}
+
+CBinaryData CXmlDocument::LoadJsonFile(const char* path) {
+  return ConvertJson(TakeJsonFile(path));
+}
+
+void CXmlDocument::ReadJson(const char* json) {
+  BuildFromJson(TakeJson(json));
+}
+
+void CXmlDocument::ReadJson(const wchar_t* json) {
+  BuildFromJson(TakeJson(json));
+}
+
+void CXmlDocument::ReadJsonStream(const unsigned char* data, unsigned long size) {
+  BuildFromJson(TakeJsonStream(data, size));
+}
+
+void CXmlDocument::ReadJsonFile(const char* path) {
+  BuildFromJson(TakeJsonFile(path));
+}
+
+std::string CXmlDocument::TakeJson(const char* json) {
+  Cleanup();
+  const CTextRef text(json);
+  if (text.empty()) ThrowJsonStringEmpty();
+  CheckSize(text.size(), *m_context);
+  return std::string(text);
+}
+
+std::string CXmlDocument::TakeJson(const wchar_t* json) {
+  Cleanup();
+  const std::size_t length = json != nullptr ? std::wcslen(json) : 0;
+  if (length == 0) ThrowJsonStringEmpty();
+  CheckSize(length * sizeof(wchar_t), *m_context);
+  const CBinaryData utf8 = CEncoder::UnicodeToUtf8Binary(json);
+  return LocalText(utf8.GetData(), utf8.GetLength());
+}
+
+std::string CXmlDocument::TakeJsonStream(const unsigned char* data, unsigned long size) {
+  Cleanup();
+  if (data == nullptr || size == 0) ThrowJsonStreamEmpty();
+  CheckSize(size, *m_context);
+  return DecodeJson(data, size);
+}
+
+std::string CXmlDocument::TakeJsonFile(const char* path) {
+  Cleanup();
+  const Bytes bytes = ReadFile(path, *m_context);
+  return DecodeJson(bytes.data.get(), bytes.size);
+}
+
+std::string CXmlDocument::DecodeJson(const unsigned char* data, unsigned long size) const {
+  const detail::Inflated inflated = detail::Inflate(data, size, m_context->GetMaxDocumentSize());
+  if (inflated.status == detail::InflateStatus::Complete) {
+    data = inflated.data.get();
+    size = inflated.length;
+  }
+  constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+  const bool isMarked = size >= kByteOrderMark.size() &&
+                        std::memcmp(data, kByteOrderMark.data(), kByteOrderMark.size()) == 0;
+  const std::size_t skipped = isMarked ? kByteOrderMark.size() : 0;
+  return LocalText(data + skipped, size - skipped);
+}
+
+CBinaryData CXmlDocument::ConvertJson(const std::string& json) const {
+  CJsonReaderToXmlHandler converter(*m_context);
+  CJsonTextReader reader(json);
+  reader.SetContext(m_context->GetJsonContext());
+  reader.SetJsonReaderHandler(&converter);
+  reader.Read();
+  return converter.GetXml();
+}
+
+void CXmlDocument::BuildFromJson(const std::string& json) {
+  detail::JsonToTree(json, *this, *m_tree);
 }
 
 void CXmlDocument::Parse(const unsigned char* data, unsigned long size) {

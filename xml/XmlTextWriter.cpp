@@ -3,11 +3,11 @@
 #include <emmintrin.h>
 
 #include <array>
-#include <cstring>
 
 #include "ZuXmlLib16/Streams.h"
 #include "core/Errors.h"
 #include "xml/PrefixScope.h"
+#include "xml/StreamPut.h"
 
 namespace ZuXmlLib16 {
 namespace {
@@ -51,25 +51,6 @@ inline std::size_t RunLength(const char* text, std::size_t length, const char (&
   return i;
 }
 
-/// Copies a text that is mostly short; returns the end.
-inline char* CopyText(char* out, std::string_view text) {
-  const std::size_t size = text.size();
-  if (size > 16) {
-    std::memcpy(out, text.data(), size);
-  } else if (size >= 8) {  // two pieces that overlap
-    std::memcpy(out, text.data(), 8);
-    std::memcpy(out + size - 8, text.data() + size - 8, 8);
-  } else if (size >= 4) {
-    std::memcpy(out, text.data(), 4);
-    std::memcpy(out + size - 4, text.data() + size - 4, 4);
-  } else {
-    for (std::size_t i = 0; i < size; ++i) {
-      out[i] = text[i];
-    }
-  }
-  return out + size;
-}
-
 }  // namespace
 
 CXmlTextWriter::CXmlTextWriter(CTextStream& stream)
@@ -107,18 +88,7 @@ void CXmlTextWriter::SetIndentChars(const char* chars) {
 
 template <class... Parts>
 void CXmlTextWriter::Put(const Parts&... parts) {
-  PutViews(std::string_view(parts)...);
-}
-
-template <class... Views>
-void CXmlTextWriter::PutViews(Views... parts) {
-  const std::size_t size = (parts.size() + ...);
-  if (char* out = m_stream.Room(size)) {
-    ((out = CopyText(out, parts)), ...);
-    m_stream.Commit(size);
-  } else {
-    (m_stream.Append(parts.data(), parts.size()), ...);
-  }
+  detail::PutTexts(m_stream, parts...);
 }
 
 void CXmlTextWriter::PadAndAppend(std::string_view text, bool inAttribute) {

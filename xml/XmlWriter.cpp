@@ -157,6 +157,10 @@ CNamespaceMap CXmlWriter::RootNamespaceMap() const {
   return m_rootScope->Flatten();
 }
 
+const std::string* CXmlWriter::FindRootPrefix(std::string_view namespaceUri) const {
+  return m_rootScope->Find(namespaceUri);
+}
+
 void CXmlWriter::SetContextState(ContextState state) {
   if (m_context) m_context->m_state = state;
 }

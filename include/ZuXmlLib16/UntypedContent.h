@@ -107,6 +107,7 @@ class ZUXMLLIB16_API CElement : public CXmlObjectBase {
   void RestrictSelf(CTextRef restriction, CTextRef targetNamespace);
   CAttributeCol& Attributes() const;
   CElementCol& Elements() const;
+  static bool HasSameName(const CElement& a, const CElement& b);
   void WriteTree(CXmlWriter& writer, bool isDocumentRoot,
                  const CSerializationContext& context) const;
   void WriteRaw(CXmlTextWriter& outer) const;

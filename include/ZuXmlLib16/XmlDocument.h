@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "ZuXmlLib16/BinaryData.h"
 #include "ZuXmlLib16/Export.h"
 #include "ZuXmlLib16/InstanceMonitor.h"
 #include "ZuXmlLib16/SerializationContext.h"
@@ -224,6 +225,28 @@ class ZUXMLLIB16_API CXmlDocument : public CInstanceMonitor {
   /// @throws CZuException  "Failed to open the file [%s]." and its siblings.
   void Load(const char* path);
 
+  // JSON text becomes XML text, which the caller loads like any other. All throw
+  // CZuValidationException for JSON that is malformed or has no counterpart in XML (see
+  // CJsonTextReader, CJsonReaderToXmlHandler); the path is then the place in the JSON document.
+
+  /// @param json  NUL-terminated, in the local character set.
+  /// @return XML in UTF-8.
+  /// @throws CZuException  "JSON String is empty!" for null or empty text.
+  CBinaryData LoadJson(const char* json);
+  CBinaryData LoadJson(const wchar_t* json);
+  /// @param data  UTF-8, with or without its byte order mark, plain or compressed.
+  /// @throws CZuException  "JSON Stream is empty!".
+  CBinaryData LoadJsonStream(const unsigned char* data, unsigned long size);
+  /// @throws CZuException  "Failed to open the file [%s]." and its siblings.
+  CBinaryData LoadJsonFile(const char* path);
+
+  // The same with the tree of that XML text for the result, which takes less time than the text.
+
+  void ReadJson(const char* json);
+  void ReadJson(const wchar_t* json);
+  void ReadJsonStream(const unsigned char* data, unsigned long size);
+  void ReadJsonFile(const char* path);
+
   // Building, for readers. Names are copied.
 
   /// Makes the document element and opens it; an earlier tree is dropped.
@@ -254,9 +277,16 @@ class ZUXMLLIB16_API CXmlDocument : public CInstanceMonitor {
 
   class InputScope;
 
-  void CheckSize(unsigned long size) const;
   void Parse(const unsigned char* data, unsigned long size);
   void ParseText(const unsigned char* data, unsigned long size);
+  // The JSON text of an input, in the local character set; the tree is dropped.
+  std::string TakeJson(const char* json);
+  std::string TakeJson(const wchar_t* json);
+  std::string TakeJsonStream(const unsigned char* data, unsigned long size);
+  std::string TakeJsonFile(const char* path);
+  std::string DecodeJson(const unsigned char* data, unsigned long size) const;
+  CBinaryData ConvertJson(const std::string& json) const;
+  void BuildFromJson(const std::string& json);
 
   std::unique_ptr<detail::XmlTree> m_tree;
   std::map<std::string, std::string, std::less<>> m_aliases;  // prefix -> namespace URI

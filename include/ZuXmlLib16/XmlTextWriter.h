@@ -63,8 +63,6 @@ class ZUXMLLIB16_API CXmlTextWriter : public CXmlWriter {
  private:
   template <class... Parts>
   void Put(const Parts&... parts);
-  template <class... Views>
-  void PutViews(Views... parts);
   void PadAndAppend(std::string_view text, bool inAttribute);
   void PutIndent(std::uint64_t depth);
   void PutEolWhenFormatting();

@@ -144,6 +144,8 @@ class ZUXMLLIB16_API CXmlWriter : public CInstanceMonitor {
   /// What is declared before the first element is opened.
   const std::string& RootDefaultNamespace() const;
   CNamespaceMap RootNamespaceMap() const;
+  /// Its prefix of a namespace, null for none.
+  const std::string* FindRootPrefix(std::string_view namespaceUri) const;
   CXmlWriterContext& PushContext(CTextRef localName, CTextRef namespaceUri);
   /// Closes the innermost element; its parent becomes current.
   void PopContext();

@@ -1,0 +1,57 @@
+#include "xml/TreeBuilder.h"
+
+#include <cstring>
+
+#include "ZuXmlLib16/Encoder.h"
+#include "xml/CharacterSet.h"
+
+namespace ZuXmlLib16::detail {
+
+TreeBuilder::TreeBuilder(CXmlDocument& document, XmlTree& tree)
+    : m_document(document), m_tree(tree), m_isLocalUtf8(CEncoder::ASCII_ONLY || LocaleIsUtf8()) {}
+
+void TreeBuilder::StartNamespace(std::string_view prefix, std::string_view namespaceUri) {
+  const std::string localPrefix(Local(prefix));
+  m_document.AddNamespaceAlias(localPrefix, Local(namespaceUri));
+}
+
+void TreeBuilder::StartElement(const char* spelling, std::size_t attributeCount) {
+  XmlName* const guess = m_lastName != nullptr ? m_lastName->next : nullptr;
+  XmlName* const name = m_tree.NameOfSpelling(spelling, guess);
+  if (m_lastName != nullptr) m_lastName->next = name;
+  m_lastName = name;
+  m_element = m_tree.Open(name);
+  if (attributeCount == 0) return;
+  m_tree.AttributesOf(*m_element).reserve(attributeCount);
+  m_nextAttribute = &name->firstAttribute;
+}
+
+void TreeBuilder::AddAttribute(const char* spelling, std::string_view value) {
+  *m_nextAttribute = m_tree.NameOfSpelling(spelling, *m_nextAttribute);
+  m_tree.AddAttribute(*m_element, *m_nextAttribute, Local(value));
+  m_nextAttribute = &(*m_nextAttribute)->next;
+}
+
+void TreeBuilder::AddText(std::string_view text) {
+  // Line ends come normalised: carriage returns are left by character references only.
+  while (const void* const found = std::memchr(text.data(), '\r', text.size())) {
+    const auto before = static_cast<std::size_t>(static_cast<const char*>(found) - text.data());
+    AddLocalText(text.substr(0, before));
+    text.remove_prefix(before + 1);
+  }
+  AddLocalText(text);
+}
+
+void TreeBuilder::AddLocalText(std::string_view utf8) {
+  const std::string_view local = Local(utf8);
+  m_tree.AddText(local.data(), local.size());
+}
+
+std::string_view TreeBuilder::Local(std::string_view utf8) {
+  if (m_isLocalUtf8) return utf8;
+  m_converted.clear();
+  AppendUtf8AsLocal(m_converted, utf8.data(), utf8.size());
+  return m_converted;
+}
+
+}  // namespace ZuXmlLib16::detail
