@@ -14,6 +14,8 @@
 #include "ZuXmlLib16/Exceptions.h"
 #include "ZuXmlLib16/ExpatReader.h"
 #include "ZuXmlLib16/Export.h"
+#include "ZuXmlLib16/FIVocabulary.h"
+#include "ZuXmlLib16/FastInfosetBinaryData.h"
 #include "ZuXmlLib16/FastInfosetContext.h"
 #include "ZuXmlLib16/FormatString.h"
 #include "ZuXmlLib16/InstanceMonitor.h"
