@@ -27,8 +27,7 @@ constexpr unsigned int kHasAttributes = 0x40;
 
 bool IsReserved(std::string_view prefix, std::string_view namespaceUri) {
   return prefix == "xml" || prefix == "xmlns" ||
-         namespaceUri == "http://www.w3.org/XML/1998/namespace" ||
-         namespaceUri == "http://www.w3.org/2000/xmlns/";
+         namespaceUri == "http://www.w3.org/XML/1998/namespace" || namespaceUri == kXmlnsNamespace;
 }
 
 }  // namespace
@@ -121,6 +120,12 @@ void FastInfosetParser::ReadElement(unsigned int octet) {
   if (isEmpty) CloseElement();
 }
 
+FastInfosetParser::Name FastInfosetParser::ElementName(unsigned int octet) {
+  octet &= 0x3F;
+  if (octet >= 0x3C) return LiteralName(octet, m_elementNames);
+  return m_elementNames[m_cursor.IndexOnBit3(octet)];
+}
+
 void FastInfosetParser::ReadNamespaces() {
   for (unsigned int octet = m_cursor.Octet(); octet != kEnd; octet = m_cursor.Octet()) {
     if ((octet & ~3U) != kDeclaration) m_cursor.Refuse();
@@ -155,6 +160,11 @@ bool FastInfosetParser::ReadAttributes() {
   }
 }
 
+FastInfosetParser::Name FastInfosetParser::AttributeName(unsigned int octet) {
+  if ((octet & ~3U) == 0x78) return CheckedAttribute(LiteralName(octet, m_attributeNames));
+  return m_attributeNames[m_cursor.IndexOnBit2(octet)];
+}
+
 void FastInfosetParser::CheckAttributesDiffer() {
   constexpr std::size_t kFew = 8;
   m_sortedNames.clear();
@@ -184,7 +194,7 @@ void FastInfosetParser::DeliverAttributes(CXmlElement& element, std::size_t firs
 void FastInfosetParser::ReadChunk(unsigned int octet) {
   if ((octet & kChunkIndex) != 0) return AddText(m_chunks[m_cursor.IndexOnBit4(octet)], true);
   const EncodedString string = m_cursor.String<2>(octet);
-  std::string_view text = WithoutCR(m_text.Decode(string));
+  std::string_view text = m_text.DecodeContent(string);
   const bool isShared = string.isAdded && !m_chunks.IsFull();
   if (isShared) {
     text = m_tree.CopySharedText(text);

@@ -70,7 +70,7 @@ std::string_view FastInfosetParser::Identifier(StringTable& table) {
   const unsigned int octet = m_cursor.Octet();
   if (octet >= 0x80) return table[m_cursor.IndexOnBit2(octet)];
   const std::string_view text = Kept(m_cursor.Take(m_cursor.Length<7>(octet)));
-  table.Add(text);
+  m_hasFullTable |= !table.Add(text);
   return text;
 }
 
@@ -78,7 +78,7 @@ std::string_view FastInfosetParser::NamePart(StringTable& table) {
   const unsigned int octet = m_cursor.Octet();
   if (octet >= 0x80) return table[m_cursor.IndexOnBit2(octet)];
   const std::string_view text = CheckedNamePart(m_cursor.Take(m_cursor.Length<7>(octet)));
-  table.Add(text);
+  m_hasFullTable |= !table.Add(text);
   return text;
 }
 
@@ -125,33 +125,16 @@ void FastInfosetParser::SkipOtherString() {
   if (string.isAdded) m_otherStrings.Add({});
 }
 
-std::string_view FastInfosetParser::WithoutCR(std::string_view text) {
-  if (text.find('\r') == std::string_view::npos) return text;
-  m_withoutCR = text;
-  m_withoutCR.erase(std::remove(m_withoutCR.begin(), m_withoutCR.end(), '\r'), m_withoutCR.end());
-  return m_withoutCR;
-}
-
-FastInfosetParser::Name FastInfosetParser::ElementName(unsigned int octet) {
-  octet &= 0x3F;
-  if (octet >= 0x3C) return LiteralName(octet, m_elementNames);
-  return m_elementNames[m_cursor.IndexOnBit3(octet)];
-}
-
-FastInfosetParser::Name FastInfosetParser::AttributeName(unsigned int octet) {
-  if ((octet & 0xFC) == 0x78) return LiteralName(octet, m_attributeNames);
-  return m_attributeNames[m_cursor.IndexOnBit2(octet)];
-}
-
 /// @param flags  in the last two bits: whether there is a prefix, whether there is a namespace.
 FastInfosetParser::Name FastInfosetParser::LiteralName(unsigned int flags, NameTable& table) {
   const bool hasPrefix = (flags & 2) != 0;
   const bool hasNamespace = (flags & 1) != 0;
   if (hasPrefix && !hasNamespace) m_cursor.Refuse();
+  m_hasFullTable = false;
   const std::string_view prefix = hasPrefix ? NamePart(m_prefixes) : std::string_view();
   const std::string_view uri = hasNamespace ? Identifier(m_namespaces) : std::string_view();
   const Name name = MakeName(prefix, uri, NamePart(m_localNames));
-  table.Add(name);
+  if (!m_hasFullTable) table.Add(name);  // without an index, a part cannot be one of a name
   return name;
 }
 
@@ -159,6 +142,7 @@ FastInfosetParser::Name FastInfosetParser::MakeName(std::string_view prefix,
                                                     std::string_view namespaceUri,
                                                     std::string_view localName) {
   const std::size_t size = prefix.size() + namespaceUri.size() + localName.size();
+  if (prefix == "xmlns" || namespaceUri == kXmlnsNamespace) ThrowFastInfosetName(localName);
   Deliver(size);  // the tree keeps the name, used or not
   if (m_hasNamespaces) return {m_tree.NameOf(namespaceUri, localName), size};
   if (prefix.empty()) return {m_tree.NameOf({}, localName), size};
@@ -168,10 +152,11 @@ FastInfosetParser::Name FastInfosetParser::MakeName(std::string_view prefix,
   return {m_tree.NameOf({}, qualified), size};
 }
 
-/// Counts characters that a node or a name gets.
-void FastInfosetParser::Deliver(std::size_t size) {
-  m_delivered += size;
-  if (m_delivered > m_maxDelivered) ThrowFastInfosetExpansion(m_maxDelivered);
+/// Refuses what would be a declaration in XML.
+FastInfosetParser::Name FastInfosetParser::CheckedAttribute(Name name) {
+  const bool isDeclaration = name.name->localName == "xmlns" && name.name->namespaceUri.empty();
+  if (isDeclaration) ThrowFastInfosetName("xmlns");
+  return name;
 }
 
 }  // namespace ZuXmlLib16::detail

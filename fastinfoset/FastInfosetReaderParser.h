@@ -29,15 +29,19 @@ class FastInfosetTable {
     return m_entries[index - 1];
   }
   bool IsFull() const { return m_entries.size() >= CFIVocabulary::kMaxEntries; }
-  /// Does nothing when the table is full.
-  void Add(const Entry& entry) {
-    if (!IsFull()) m_entries.push_back(entry);
+  /// @return false when the table is full and stays as it is.
+  bool Add(const Entry& entry) {
+    if (IsFull()) return false;
+    m_entries.push_back(entry);
+    return true;
   }
 
  private:
   const char* m_name;
   std::vector<Entry> m_entries;
 };
+
+inline constexpr std::string_view kXmlnsNamespace = "http://www.w3.org/2000/xmlns/";
 
 /// Builds a tree from the octets of a document behind their identification (ITU-T Rec. X.891).
 ///
@@ -86,9 +90,11 @@ class FastInfosetParser {
   bool ReadMiscellaneous(unsigned int octet);
   void ReadContent();
   void ReadElement(unsigned int octet);
+  Name ElementName(unsigned int octet);
   void ReadNamespaces();
   void AddDeclaration(std::string_view prefix, std::string_view namespaceUri);
   bool ReadAttributes();
+  Name AttributeName(unsigned int octet);
   void CheckAttributesDiffer();
   void DeliverAttributes(CXmlElement& element, std::size_t first);
   void CloseElement();
@@ -104,12 +110,14 @@ class FastInfosetParser {
   void SkipIdentifiers(unsigned int flags);
   std::string_view AttributeValue();
   void SkipOtherString();
-  std::string_view WithoutCR(std::string_view text);
-  Name ElementName(unsigned int octet);
-  Name AttributeName(unsigned int octet);
   Name LiteralName(unsigned int flags, NameTable& table);
+  static Name CheckedAttribute(Name name);
   Name MakeName(std::string_view prefix, std::string_view namespaceUri, std::string_view localName);
-  void Deliver(std::size_t size);
+  /// Counts characters that a node or a name gets.
+  void Deliver(std::size_t size) {
+    m_delivered += size;
+    if (m_delivered > m_maxDelivered) ThrowFastInfosetExpansion(m_maxDelivered);
+  }
 
   CXmlDocument& m_document;
   XmlTree& m_tree;
@@ -136,7 +144,7 @@ class FastInfosetParser {
 
   std::vector<Attribute> m_attributes;  // of the element at hand: declarations, then the others
   std::vector<const XmlName*> m_sortedNames;
-  std::string m_withoutCR;
+  bool m_hasFullTable = false;  // whether a part of the name at hand found no room
   int m_depth = 0;
   std::size_t m_delivered = 0;
   bool m_hasRoot = false;

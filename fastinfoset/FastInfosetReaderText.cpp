@@ -1,5 +1,7 @@
 #include "fastinfoset/FastInfosetReaderText.h"
 
+#include <algorithm>
+
 #include "ZuXmlLib16/Encoder.h"
 #include "ZuXmlLib16/Exceptions.h"
 #include "ZuXmlLib16/FIVocabulary.h"
@@ -14,13 +16,14 @@ constexpr unsigned int kBuiltInAlphabets = 2;
 constexpr unsigned int kFirstOwnAlphabet = 16;
 
 /// @param utf8  well-formed.
-void CheckCharacters(std::string_view utf8) {
+void CheckCharacters(std::string_view utf8, bool isAscii) {
   bool isControl = false;
   for (const char byte : utf8) {  // without a way out, so that it is done in blocks
     const auto code = static_cast<unsigned char>(byte);
     isControl |= (code < 0x20) & (code != '\t') & (code != '\n') & (code != '\r');
   }
   if (isControl) ThrowFastInfosetCharacter();
+  if (isAscii) return;
   for (std::size_t at = utf8.find('\xEF'); at != std::string_view::npos;
        at = utf8.find('\xEF', at + 3)) {
     const std::string_view character = utf8.substr(at, 3);
@@ -29,8 +32,11 @@ void CheckCharacters(std::string_view utf8) {
 }
 
 void CheckUtf8(std::string_view text) {
-  if (ValidUtf8Prefix(text.data(), text.size()) != text.size()) ThrowFastInfosetString("UTF-8");
-  CheckCharacters(text);
+  const bool isAscii = AsciiPrefix(text.data(), text.size()) == text.size();
+  if (!isAscii && ValidUtf8Prefix(text.data(), text.size()) != text.size()) {
+    ThrowFastInfosetString("UTF-8");
+  }
+  CheckCharacters(text, isAscii);
 }
 
 /// Takes fixed numbers of bits from octets, the most significant first.
@@ -118,6 +124,13 @@ std::string_view FastInfosetText::DecodeSpecial(std::string_view utf8) {
   return Local(utf8);
 }
 
+std::string_view FastInfosetText::WithoutCR(std::string_view text) {
+  if (text.find('\r') == std::string_view::npos) return text;
+  m_withoutCR = text;
+  m_withoutCR.erase(std::remove(m_withoutCR.begin(), m_withoutCR.end(), '\r'), m_withoutCR.end());
+  return m_withoutCR;
+}
+
 std::string_view FastInfosetText::DecodeUtf16(std::string_view octets) {
   if (octets.size() % 2 != 0) ThrowFastInfosetString("UTF-16");
   const auto unitAt = [&](std::size_t at) {
@@ -135,7 +148,7 @@ std::string_view FastInfosetText::DecodeUtf16(std::string_view octets) {
     }
     AppendUtf8(m_decoded, character);
   }
-  CheckCharacters(m_decoded);
+  CheckCharacters(m_decoded, false);
   return Local(m_decoded);
 }
 

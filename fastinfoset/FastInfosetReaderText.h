@@ -56,6 +56,12 @@ class FastInfosetText {
   std::string_view DecodeUtf8(std::string_view utf8) {
     return IsPlainText(utf8) ? utf8 : DecodeSpecial(utf8);
   }
+  /// The same without its carriage returns.
+  std::string_view DecodeContent(const EncodedString& string) {
+    const bool isPlain = string.format == StringFormat::Utf8 && IsPlainText(string.octets);
+    return isPlain ? string.octets : WithoutCR(Decode(string));
+  }
+  std::string_view WithoutCR(std::string_view text);
 
  private:
   struct Alphabet {
@@ -80,6 +86,7 @@ class FastInfosetText {
   std::vector<Alphabet> m_alphabets;
   std::string m_decoded;  // in UTF-8
   std::string m_local;
+  std::string m_withoutCR;
 };
 
 }  // namespace ZuXmlLib16::detail

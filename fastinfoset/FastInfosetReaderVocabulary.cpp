@@ -62,13 +62,14 @@ void FastInfosetParser::ReadVocabulary() {
   ReadList(has(0x0040), [this] { m_otherNCNames.Add(Kept(m_cursor.PlainString())); });
   ReadList(has(0x0020), [this] { m_otherUris.Add(Kept(m_cursor.PlainString())); });
   ReadList(has(0x0010), [this] { m_attributeValues.Add(m_tree.CopySharedText(InitialValue())); });
-  ReadList(has(0x0008), [this] { m_chunks.Add(m_tree.CopySharedText(WithoutCR(InitialValue()))); });
+  ReadList(has(0x0008),
+           [this] { m_chunks.Add(m_tree.CopySharedText(m_text.WithoutCR(InitialValue()))); });
   ReadList(has(0x0004), [this] {
     InitialValue();
     m_otherStrings.Add({});
   });
   ReadList(has(0x0002), [this] { m_elementNames.Add(InitialName()); });
-  ReadList(has(0x0001), [this] { m_attributeNames.Add(InitialName()); });
+  ReadList(has(0x0001), [this] { m_attributeNames.Add(CheckedAttribute(InitialName())); });
 }
 
 template <class ReadItem>
@@ -101,13 +102,13 @@ void FastInfosetParser::StartFrom(const CFIVocabulary& vocabulary) {
     m_attributeValues.Add(m_tree.CopySharedText(m_text.DecodeUtf8(value)));
   }
   for (const std::string_view text : vocabulary.GetCharacterChunksTable()) {
-    m_chunks.Add(m_tree.CopySharedText(WithoutCR(m_text.DecodeUtf8(text))));
+    m_chunks.Add(m_tree.CopySharedText(m_text.WithoutCR(m_text.DecodeUtf8(text))));
   }
   for (const CFIVocabulary::CQNameParts& name : vocabulary.GetElementNamesTable()) {
     m_elementNames.Add(NameOf(name.prefix, name.namespaceName, name.localName));
   }
   for (const CFIVocabulary::CQNameParts& name : vocabulary.GetAttributeNamesTable()) {
-    m_attributeNames.Add(NameOf(name.prefix, name.namespaceName, name.localName));
+    m_attributeNames.Add(CheckedAttribute(NameOf(name.prefix, name.namespaceName, name.localName)));
   }
 }
 

@@ -172,6 +172,8 @@ TEST_F(FastInfosetReader, TellsWhatIsWrong) {
       {"00 3C 00'a'80 00 FF", "Invalid character."},
       {"00 3C 00'a'82 00 EF BF BF FF", "Invalid character."},
       {"00 3C 02'a>b'FF", "Invalid name [a>b]."},
+      {"00 7C 00'a'78 04'xmlns'00'u'FF F0", "Invalid name [xmlns]."},
+      {"00 3D 1C'http://www.w3.org/2000/xmlns/'00'a'FF", "Invalid name [a]."},
       {"00 38 CF 02'xml'00'u'F0 3C 00'a'FF", "Invalid declaration of the prefix [xml]."},
       {"00 38 CF 00'p'00'u'CF 81 00'v'F0 3C 00'a'FF", "Duplicate attribute [xmlns:p]."},
       {"00 7C 00'a'7B 00'p'00'u'00'b'FF 7B 00'q'81 81 FF F0", "Duplicate attribute [b]."},
