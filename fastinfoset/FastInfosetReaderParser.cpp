@@ -65,19 +65,12 @@ void FastInfosetParser::Parse() {
   if (!m_cursor.IsAtEnd()) ThrowFastInfosetDataAfterEnd();
 }
 
-/// A string that is always added when it is new (C.13).
-std::string_view FastInfosetParser::Identifier(StringTable& table) {
+/// A string that is always added when it does not come by index (C.13).
+/// @param keep  checks a new one and gives the text that it stands for.
+std::string_view FastInfosetParser::Identifier(StringTable& table, Keep keep) {
   const unsigned int octet = m_cursor.Octet();
   if (octet >= 0x80) return table[m_cursor.IndexOnBit2(octet)];
-  const std::string_view text = Kept(m_cursor.Take(m_cursor.Length<7>(octet)));
-  m_hasFullTable |= !table.Add(text);
-  return text;
-}
-
-std::string_view FastInfosetParser::NamePart(StringTable& table) {
-  const unsigned int octet = m_cursor.Octet();
-  if (octet >= 0x80) return table[m_cursor.IndexOnBit2(octet)];
-  const std::string_view text = CheckedNamePart(m_cursor.Take(m_cursor.Length<7>(octet)));
+  const std::string_view text = (this->*keep)(m_cursor.Take(m_cursor.Length<7>(octet)));
   m_hasFullTable |= !table.Add(text);
   return text;
 }

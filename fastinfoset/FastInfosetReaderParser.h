@@ -103,8 +103,11 @@ class FastInfosetParser {
   void AddText(std::string_view text, bool isLasting);
 
   // FastInfosetReaderParser.cpp: strings and names.
-  std::string_view Identifier(StringTable& table);
-  std::string_view NamePart(StringTable& table);
+  using Keep = std::string_view (FastInfosetParser::*)(std::string_view utf8);
+  std::string_view Identifier(StringTable& table, Keep keep = &FastInfosetParser::Kept);
+  std::string_view NamePart(StringTable& table) {
+    return Identifier(table, &FastInfosetParser::CheckedNamePart);
+  }
   std::string_view CheckedNamePart(std::string_view utf8);
   std::string_view Kept(std::string_view utf8);
   void SkipIdentifiers(unsigned int flags);
