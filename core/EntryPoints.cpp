@@ -1,4 +1,6 @@
 #include "ZuXmlLib16/Encoder.h"
+#include "ZuXmlLib16/FastInfosetContext.h"
+#include "ZuXmlLib16/FastInfosetWriter.h"
 #include "ZuXmlLib16/UntypedContent.h"
 #include "ZuXmlLib16/XmlDocument.h"
 #include "ZuXmlLib16/XmlObjectBase.h"
@@ -14,6 +16,14 @@ namespace {
 
 bool writeDirectlyToFiles = false;
 
+/// Writes the object as the whole of the writer's document.
+void WriteRoot(const CXmlObjectBase& object, CXmlWriter& writer,
+               const CSerializationContext& context) {
+  const std::string targetNamespace = object.GetTargetNamespace();
+  object.ToXml_Int(&writer, true, targetNamespace.c_str(), context, false);
+  writer.Close();
+}
+
 /// Writes the object as a document into the stream.
 void WriteDocument(const CXmlObjectBase& object, CTextStream& stream, bool includeDocHeader,
                    bool prettyPrint, EOLType eol, const CSerializationContext& context) {
@@ -24,9 +34,7 @@ void WriteDocument(const CXmlObjectBase& object, CTextStream& stream, bool inclu
   writer.SetEOLType(eol);
   writer.SetWriteDefaultElementValues(context.GetWriteDefaultElementValues());
   if (includeDocHeader) writer.WriteStartDocument();
-  const std::string targetNamespace = object.GetTargetNamespace();
-  object.ToXml_Int(&writer, true, targetNamespace.c_str(), context, false);
-  writer.Close();
+  WriteRoot(object, writer, context);
 }
 
 /// Reads the object from a document that load fills.
@@ -129,19 +137,37 @@ void CXmlObjectBase::FromXmlElement(const CElement* element, const CSerializatio
           context);
 }
 
+CBinaryData CXmlObjectBase::ToFastInfosetStream(FInfoDecl declaration,
+                                                const CSerializationContext& context,
+                                                CompressionType compression) const {
+  CheckVersion();
+  CBinaryStream stream;
+  CFastInfosetWriter writer(stream, context.GetFIContext());
+  writer.SetDeclaration(declaration);
+  writer.SetWriteDefaultElementValues(context.GetWriteDefaultElementValues());
+  writer.Open();
+  WriteRoot(*this, writer, context);
+  CBinaryData data = stream.GetBinaryStream();
+  CZuZip::CompressData(data, compression);
+  return data;
+}
+
+void CXmlObjectBase::ToFastInfosetFile(const char* fileName, FInfoDecl declaration,
+                                       const CSerializationContext& context,
+                                       CompressionType compression) const {
+  if (compression == CompressionType::Zlib) ThrowZlibOnlyForStreams();
+  const CBinaryData data = ToFastInfosetStream(declaration, context, compression);
+  // No byte order mark: the bytes are no text.
+  CFileBinaryStream(fileName, XmlEncoding::Utf8, data).ToFile();
+}
+
 // clang-format off
 void CXmlObjectBase::ToJsonFile(const char*, bool, XmlEncoding, EOLType, const CSerializationContext&,
                                 CompressionType compression) const {
   if (compression == CompressionType::Zlib) ThrowZlibOnlyForStreams();
   RefuseFormat("JSON");
 }
-void CXmlObjectBase::ToFastInfosetFile(const char*, FInfoDecl, const CSerializationContext&,
-                                       CompressionType compression) const {
-  if (compression == CompressionType::Zlib) ThrowZlibOnlyForStreams();
-  RefuseFormat("Fast Infoset");
-}
 std::string CXmlObjectBase::ToJson(bool, EOLType, const CSerializationContext&) const { RefuseFormat("JSON"); }
-CBinaryData CXmlObjectBase::ToFastInfosetStream(FInfoDecl, const CSerializationContext&, CompressionType) const { RefuseFormat("Fast Infoset"); }
 CBinaryData CXmlObjectBase::ToJsonStream(bool, XmlEncoding, EOLType, const CSerializationContext&, CompressionType) const { RefuseFormat("JSON"); }
 void CXmlObjectBase::FromJsonFile(const char*, const CSerializationContext&) { RefuseFormat("JSON"); }
 void CXmlObjectBase::FromJson(const char*, const CSerializationContext&) { RefuseFormat("JSON"); }

@@ -516,6 +516,23 @@ void ThrowUnknownEncodingAlgorithm() {
   throw CZuException("Unknown byte encoding.");
 }
 
+void ThrowInvalidFastInfosetDeclaration(int declaration) {
+  throw CZuException(FormatString("Invalid Fast Infoset declaration [%d].", declaration));
+}
+
+void ThrowSecondRootElement() {
+  throw CZuException("A document has only one root element.");
+}
+
+void ThrowInvalidInstruction(std::string_view text) {
+  throw CZuException(
+      FormatString("Invalid processing instruction [%s].", std::string(text).c_str()));
+}
+
+void ThrowFastInfosetTextTooLong() {
+  throw CZuException("The text is too long for Fast Infoset.");
+}
+
 void ThrowInvalidFacetNumber(const char* name, const std::string& value) {
   throw CZuException(FormatString("Invalid Value for %s [", name != nullptr ? name : "") + value +
                      ']');

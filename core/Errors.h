@@ -166,6 +166,10 @@ class CZuException;
 /// @param type  as the message shows it, e.g. "SHORT".
 [[noreturn]] void ThrowInvalidEncodingLength(const char* type);
 [[noreturn]] void ThrowUnknownEncodingAlgorithm();
+[[noreturn]] void ThrowInvalidFastInfosetDeclaration(int declaration);
+[[noreturn]] void ThrowSecondRootElement();
+[[noreturn]] void ThrowInvalidInstruction(std::string_view text);
+[[noreturn]] void ThrowFastInfosetTextTooLong();
 
 // Facets
 /// @param name  of the element or attribute; null counts as "".

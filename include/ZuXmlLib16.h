@@ -17,6 +17,7 @@
 #include "ZuXmlLib16/FIVocabulary.h"
 #include "ZuXmlLib16/FastInfosetBinaryData.h"
 #include "ZuXmlLib16/FastInfosetContext.h"
+#include "ZuXmlLib16/FastInfosetWriter.h"
 #include "ZuXmlLib16/FastInfosetReader.h"
 #include "ZuXmlLib16/FormatString.h"
 #include "ZuXmlLib16/InstanceMonitor.h"
