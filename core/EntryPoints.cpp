@@ -1,4 +1,6 @@
 #include "ZuXmlLib16/Encoder.h"
+#include "ZuXmlLib16/FastInfosetContext.h"
+#include "ZuXmlLib16/FastInfosetWriter.h"
 #include "ZuXmlLib16/JsonTextWriter.h"
 #include "ZuXmlLib16/UntypedContent.h"
 #include "ZuXmlLib16/XmlDocument.h"
@@ -15,6 +17,12 @@ namespace {
 
 bool writeDirectlyToFiles = false;
 
+void WriteRoot(const CXmlObjectBase& object, CXmlWriter& writer,
+               const CSerializationContext& context) {
+  const std::string targetNamespace = object.GetTargetNamespace();
+  object.ToXml_Int(&writer, true, targetNamespace.c_str(), context, false);
+}
+
 /// Writes the object as a document into the stream.
 void WriteXml(const CXmlObjectBase& object, CTextStream& stream, bool includeDocHeader,
               bool prettyPrint, EOLType eol, const CSerializationContext& context) {
@@ -25,8 +33,7 @@ void WriteXml(const CXmlObjectBase& object, CTextStream& stream, bool includeDoc
   writer.SetEOLType(eol);
   writer.SetWriteDefaultElementValues(context.GetWriteDefaultElementValues());
   if (includeDocHeader) writer.WriteStartDocument();
-  const std::string targetNamespace = object.GetTargetNamespace();
-  object.ToXml_Int(&writer, true, targetNamespace.c_str(), context, false);
+  WriteRoot(object, writer, context);
   writer.Close();
 }
 
@@ -38,8 +45,7 @@ void WriteJson(const CXmlObjectBase& object, CTextStream& stream, bool prettyPri
   writer.SetIndentChars(context.GetIndentChars().c_str());
   writer.SetEOLType(eol);
   writer.WriteStartDocument();
-  const std::string targetNamespace = object.GetTargetNamespace();
-  object.ToXml_Int(&writer, true, targetNamespace.c_str(), context, false);
+  WriteRoot(object, writer, context);
   writer.WriteEndDocument();
   writer.Close();
 }
@@ -99,12 +105,6 @@ void ReadJsonDocument(CXmlObjectBase& object, const CSerializationContext& conte
   CSerializationContext unqualified(context);
   unqualified.SetIgnoreNamespaces(true);
   ReadDocument(object, unqualified, read);
-}
-
-/// The formats that this version declares but does not write or read.
-[[noreturn]] void RefuseFormat(const char* format) {
-  CheckVersion();
-  ThrowUnsupportedFormat(format);
 }
 
 }  // namespace
@@ -232,13 +232,29 @@ void CXmlObjectBase::FromXmlElement(const CElement* element, const CSerializatio
           context);
 }
 
-// clang-format off
-void CXmlObjectBase::ToFastInfosetFile(const char*, FInfoDecl, const CSerializationContext&,
+CBinaryData CXmlObjectBase::ToFastInfosetStream(FInfoDecl declaration,
+                                                const CSerializationContext& context,
+                                                CompressionType compression) const {
+  CheckVersion();
+  CBinaryStream stream;
+  CFastInfosetWriter writer(stream, context.GetFIContext());
+  writer.SetDeclaration(declaration);
+  writer.SetWriteDefaultElementValues(context.GetWriteDefaultElementValues());
+  writer.Open();
+  WriteRoot(*this, writer, context);
+  writer.Close();
+  CBinaryData data = stream.GetBinaryStream();
+  CZuZip::CompressData(data, compression);
+  return data;
+}
+
+void CXmlObjectBase::ToFastInfosetFile(const char* fileName, FInfoDecl declaration,
+                                       const CSerializationContext& context,
                                        CompressionType compression) const {
   if (compression == CompressionType::Zlib) ThrowZlibOnlyForStreams();
-  RefuseFormat("Fast Infoset");
+  const CBinaryData data = ToFastInfosetStream(declaration, context, compression);
+  // No byte order mark: the bytes are no text.
+  CFileBinaryStream(fileName, XmlEncoding::Utf8, data).ToFile();
 }
-CBinaryData CXmlObjectBase::ToFastInfosetStream(FInfoDecl, const CSerializationContext&, CompressionType) const { RefuseFormat("Fast Infoset"); }
-// clang-format on
 
 }  // namespace ZuXmlLib16

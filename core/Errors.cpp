@@ -8,6 +8,13 @@
 #include "core/Version.h"
 
 namespace ZuXmlLib16 {
+namespace {
+
+std::string FastInfosetError(const std::string& text) {
+  return "Failed to parse FastInfoset. " + text;
+}
+
+}  // namespace
 
 void ThrowExclusiveIgnoreOptions(const char* optionSet, const char* optionWanted) {
   throw CZuInvalidStateException(FormatString(
@@ -38,10 +45,6 @@ void ThrowIndexOutOfRange() {
 void ThrowWrongVersion(int generatorMajor, int generatorMinor) {
   throw CZuException(FormatString("Wrong Version (Velmar Runtime: v%d.%d, Generator: v%d.%d)",
                                   kRuntimeMajor, kRuntimeMinor, generatorMajor, generatorMinor));
-}
-
-void ThrowUnsupportedFormat(const char* format) {
-  throw CZuException(FormatString("%s is not supported by this version of the library.", format));
 }
 
 void ThrowZlibOnlyForStreams() {
@@ -571,6 +574,67 @@ void ThrowDocumentTooLarge(std::size_t limitInBytes) {
                                   std::to_string(limitInBytes).c_str()));
 }
 
+void ThrowFastInfosetEnd() {
+  throw CZuException(FastInfosetError("Unexpected end of the document."));
+}
+
+void ThrowFastInfosetOctet(unsigned int octet, std::size_t offset) {
+  throw CZuException(
+      FastInfosetError(FormatString("Invalid octet [0x%02X] at offset %zu.", octet, offset)));
+}
+
+void ThrowFastInfosetIndex(unsigned long index, const char* table) {
+  throw CZuException(
+      FastInfosetError(FormatString("Invalid index [%lu] for the %s table.", index, table)));
+}
+
+void ThrowFastInfosetString(const char* format) {
+  throw CZuException(FastInfosetError(FormatString("Invalid %s string.", format)));
+}
+
+void ThrowFastInfosetCharacter() {
+  throw CZuException(FastInfosetError("Invalid character."));
+}
+
+void ThrowFastInfosetUnknown(const char* what, std::string_view which) {
+  throw CZuException(FastInfosetError(FormatString("Unknown %s [", what)) + std::string(which) +
+                     "].");
+}
+
+void ThrowFastInfosetAlgorithm(const CZuException& cause) {
+  throw CZuException(FastInfosetError(cause.GetMessage()), cause);
+}
+
+void ThrowFastInfosetName(std::string_view name) {
+  throw CZuException(FastInfosetError("Invalid name [" + std::string(name) + "]."));
+}
+
+void ThrowFastInfosetDeclaration(std::string_view prefix) {
+  throw CZuException(
+      FastInfosetError("Invalid declaration of the prefix [" + std::string(prefix) + "]."));
+}
+
+void ThrowFastInfosetDuplicate(std::string_view attribute) {
+  throw CZuException(FastInfosetError("Duplicate attribute [" + std::string(attribute) + "]."));
+}
+
+void ThrowFastInfosetDepth(int limit) {
+  throw CZuException(FastInfosetError(FormatString("The nesting depth exceeds %d.", limit)));
+}
+
+void ThrowFastInfosetExpansion(std::size_t limitInBytes) {
+  throw CZuException(
+      FastInfosetError(FormatString("The document expands to more than %zu bytes.", limitInBytes)));
+}
+
+void ThrowFastInfosetWithoutRoot() {
+  throw CZuException(FastInfosetError("The document has no document element."));
+}
+
+void ThrowFastInfosetDataAfterEnd() {
+  throw CZuException(FastInfosetError("Data after the end of the document."));
+}
+
 void ThrowDivisionByZero(const char* operatorText) {
   // sic: only the message of "/=" has a space before the operator
   throw CZuInvalidValueException(std::string("ERROR: Overflow in operator") + operatorText + '.');
@@ -638,6 +702,31 @@ void ThrowItemTypeWithoutText(int type) {
 
 void ThrowUnknownItemType() {
   throw CZuException("Unknown Type");
+}
+
+void ThrowInvalidEncodingLength(const char* type) {
+  throw CZuException(FormatString("Invalid value for %s byte encoding.", type));
+}
+
+void ThrowUnknownEncodingAlgorithm() {
+  throw CZuException("Unknown byte encoding.");
+}
+
+void ThrowInvalidFastInfosetDeclaration(int declaration) {
+  throw CZuException(FormatString("Invalid Fast Infoset declaration [%d].", declaration));
+}
+
+void ThrowSecondRootElement() {
+  throw CZuException("A document has only one root element.");
+}
+
+void ThrowInvalidInstruction(std::string_view text) {
+  throw CZuException(
+      FormatString("Invalid processing instruction [%s].", std::string(text).c_str()));
+}
+
+void ThrowFastInfosetTextTooLong() {
+  throw CZuException("The text is too long for Fast Infoset.");
 }
 
 void ThrowInvalidFacetNumber(const char* name, const std::string& value) {

@@ -22,7 +22,6 @@ class CZuException;
 /// The short form, of insertions.
 [[noreturn]] void ThrowIndexOutOfRange();
 [[noreturn]] void ThrowWrongVersion(int generatorMajor, int generatorMinor);
-[[noreturn]] void ThrowUnsupportedFormat(const char* format);
 [[noreturn]] void ThrowZlibOnlyForStreams();
 
 // Choices and elements
@@ -191,6 +190,26 @@ struct JsonPlace {
 [[noreturn]] void ThrowNotCompressed(int zlibCode);
 [[noreturn]] void ThrowDocumentTooLarge(std::size_t limitInBytes);
 
+// Fast Infoset input
+[[noreturn]] void ThrowFastInfosetEnd();
+/// @param offset  of the octet, from 0 on.
+[[noreturn]] void ThrowFastInfosetOctet(unsigned int octet, std::size_t offset);
+/// @param table  its name in the standard, e.g. "LOCAL NAME".
+[[noreturn]] void ThrowFastInfosetIndex(unsigned long index, const char* table);
+/// @param format  what the string is not, e.g. "UTF-8".
+[[noreturn]] void ThrowFastInfosetString(const char* format);
+[[noreturn]] void ThrowFastInfosetCharacter();
+/// @param what  e.g. "encoding algorithm".
+[[noreturn]] void ThrowFastInfosetUnknown(const char* what, std::string_view which);
+[[noreturn]] void ThrowFastInfosetAlgorithm(const CZuException& cause);
+[[noreturn]] void ThrowFastInfosetName(std::string_view name);
+[[noreturn]] void ThrowFastInfosetDeclaration(std::string_view prefix);
+[[noreturn]] void ThrowFastInfosetDuplicate(std::string_view attribute);
+[[noreturn]] void ThrowFastInfosetDepth(int limit);
+[[noreturn]] void ThrowFastInfosetExpansion(std::size_t limitInBytes);
+[[noreturn]] void ThrowFastInfosetWithoutRoot();
+[[noreturn]] void ThrowFastInfosetDataAfterEnd();
+
 // Big integers and decimals
 /// @param operatorText  the operator as its message shows it: "/", "%", " /=" or "%=".
 [[noreturn]] void ThrowDivisionByZero(const char* operatorText);
@@ -212,6 +231,15 @@ struct JsonPlace {
 [[noreturn]] void ThrowInvalidItemType(int type);
 [[noreturn]] void ThrowItemTypeWithoutText(int type);
 [[noreturn]] void ThrowUnknownItemType();
+
+// Fast Infoset
+/// @param type  as the message shows it, e.g. "SHORT".
+[[noreturn]] void ThrowInvalidEncodingLength(const char* type);
+[[noreturn]] void ThrowUnknownEncodingAlgorithm();
+[[noreturn]] void ThrowInvalidFastInfosetDeclaration(int declaration);
+[[noreturn]] void ThrowSecondRootElement();
+[[noreturn]] void ThrowInvalidInstruction(std::string_view text);
+[[noreturn]] void ThrowFastInfosetTextTooLong();
 
 // Facets
 /// @param name  of the element or attribute; null counts as "".

@@ -196,20 +196,26 @@ void AppendUtf8(std::string& out, char32_t character) {
   }
 }
 
-std::size_t RepairUtf8(char* text, std::size_t length) {
-  std::size_t replaced = 0;
-  for (std::size_t at = 0; at < length;) {
+std::size_t ValidUtf8Prefix(const char* text, std::size_t length) {
+  for (std::size_t at = 0;;) {
     at += ValidBlocks(text + at, length - at);
     // What stopped the blocks lies within the next one.
     const std::size_t blockEnd = std::min(length, at + kBlockSize);
     while (at < blockEnd) {
       const std::size_t used = IsAscii(text[at]) ? 1 : SequenceLength(text + at, length - at);
-      if (used == 0) {
-        text[at] = '?';
-        ++replaced;
-      }
-      at += used != 0 ? used : 1;
+      if (used == 0) return at;
+      at += used;
     }
+    if (at == length) return at;
+  }
+}
+
+std::size_t RepairUtf8(char* text, std::size_t length) {
+  std::size_t replaced = 0;
+  for (std::size_t at = ValidUtf8Prefix(text, length); at < length;
+       at += ValidUtf8Prefix(text + at, length - at)) {
+    text[at++] = '?';
+    ++replaced;
   }
   return replaced;
 }

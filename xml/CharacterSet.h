@@ -19,6 +19,9 @@ std::size_t AsciiPrefix(const char* text, std::size_t length);
 /// @return its number of bytes, or 0 when there is no valid character.
 std::size_t DecodeUtf8(const char* text, std::size_t length, char32_t& character);
 
+/// Number of bytes before the first one that is not part of a valid character.
+std::size_t ValidUtf8Prefix(const char* text, std::size_t length);
+
 /// Appends a character in UTF-8; what is no Unicode scalar value becomes "?".
 void AppendUtf8(std::string& out, char32_t character);
 

@@ -11,6 +11,7 @@
 #include "ZuXmlLib16/Encoder.h"
 #include "ZuXmlLib16/Exceptions.h"
 #include "ZuXmlLib16/ExpatReader.h"
+#include "ZuXmlLib16/FastInfosetReader.h"
 #include "ZuXmlLib16/JsonReaderToXmlHandler.h"
 #include "ZuXmlLib16/Streams.h"
 #include "core/Errors.h"
@@ -260,9 +261,9 @@ void CXmlDocument::Parse(const unsigned char* data, unsigned long size) {
   const detail::Inflated inflated = detail::Inflate(data, size, m_context->GetMaxDocumentSize());
   switch (inflated.status) {
     case detail::InflateStatus::NotCompressed:
-      return ParseText(data, size);
+      return ParseInflated(data, size);
     case detail::InflateStatus::Complete:
-      return ParseText(inflated.data.get(), inflated.length);
+      return ParseInflated(inflated.data.get(), inflated.length);
     case detail::InflateStatus::Damaged:
       break;
   }
@@ -271,6 +272,14 @@ void CXmlDocument::Parse(const unsigned char* data, unsigned long size) {
   } catch (const CZuException& failure) {
     ThrowDamagedInput(failure.GetMessage(), inflated.cause);
   }
+}
+
+void CXmlDocument::ParseInflated(const unsigned char* data, unsigned long size) {
+  {
+    const InputScope scope(*this, data, size);
+    if (CFastInfosetReader(*this).Parse()) return;
+  }
+  ParseText(data, size);
 }
 
 void CXmlDocument::ParseText(const unsigned char* data, unsigned long size) {

@@ -71,7 +71,7 @@ void XmlTree::Clear() {
   m_nodes.Clear();
   m_nameIndex.clear();
   m_names.clear();
-  m_keys.Clear();
+  m_shared.Clear();
   m_open.clear();
   m_openText.clear();
 }
@@ -108,7 +108,7 @@ const XmlName* XmlTree::NameOf(std::string_view namespaceUri, std::string_view l
 
 XmlName* XmlTree::AddName(std::string_view key, std::string_view namespaceUri,
                           std::string_view localName) {
-  char* const spelling = static_cast<char*>(m_keys.Allocate(key.size() + 1));
+  char* const spelling = static_cast<char*>(m_shared.Allocate(key.size() + 1));
   std::memcpy(spelling, key.data(), key.size());
   spelling[key.size()] = '\0';
   XmlName& name = m_names.emplace_back();
@@ -143,6 +143,18 @@ CXmlElement* XmlTree::AddChild(CXmlElement& parent, const XmlName* name) {
   }
   parent.m_lastChild = child;
   return child;
+}
+
+void XmlTree::AddTextAtOnce(std::string_view text, bool isLasting) {
+  const OpenElement& innermost = m_open.back();
+  DocumentText& whole = innermost.element->m_text;
+  if (whole.View().empty() && m_openText.size() == innermost.textStart) {
+    whole = DocumentText(isLasting ? text : CopyText(text));
+    return;
+  }
+  m_openText.append(whole.View());
+  whole = DocumentText();
+  m_openText.append(text);
 }
 
 void XmlTree::Close() {
@@ -191,11 +203,11 @@ CXmlAttributes& XmlTree::AttributesOf(CXmlElement& element) {
   return *element.m_attributes;
 }
 
-CXmlAttribute* XmlTree::AddAttribute(CXmlElement& element, const XmlName* name,
-                                     std::string_view value) {
+CXmlAttribute* XmlTree::AddLastingAttribute(CXmlElement& element, const XmlName* name,
+                                            std::string_view value) {
   CXmlAttributes& attributes = AttributesOf(element);
   void* const memory = Allocate(sizeof(CXmlAttribute));
-  auto* const attribute = new (memory) CXmlAttribute(&element, name, CopyText(value));
+  auto* const attribute = new (memory) CXmlAttribute(&element, name, value);
   attributes.push_back(attribute);
   return attribute;
 }

@@ -38,6 +38,10 @@ class XmlTree {
   CXmlElement* Open(const XmlName* name);
   /// Adds text to the innermost open element; taken over by the element when it is closed.
   void AddText(const char* text, std::size_t length) { m_openText.append(text, length); }
+  /// The same without a detour for an element that gets only one text. A tree takes its texts in
+  /// one of the two ways.
+  /// @param isLasting  whether the text lasts as long as the tree and need not be copied.
+  void AddTextAtOnce(std::string_view text, bool isLasting);
   void Close();
   /// Gives the elements that are still open the text they have so far.
   void KeepOpenText();
@@ -46,10 +50,18 @@ class XmlTree {
   CXmlElement* AddChild(CXmlElement& parent, const XmlName* name);
   CXmlAttributes& AttributesOf(CXmlElement& element);
   const CXmlAttributes& NoAttributes() const { return m_noAttributes; }
-  CXmlAttribute* AddAttribute(CXmlElement& element, const XmlName* name, std::string_view value);
+  CXmlAttribute* AddAttribute(CXmlElement& element, const XmlName* name, std::string_view value) {
+    return AddLastingAttribute(element, name, CopyText(value));
+  }
+  /// The same with a value that lasts as long as the tree.
+  CXmlAttribute* AddLastingAttribute(CXmlElement& element, const XmlName* name,
+                                     std::string_view value);
 
   void* Allocate(std::size_t sizeInBytes) { return m_nodes.Allocate(sizeInBytes); }
+  /// A copy for one node, which goes when that is discarded.
   std::string_view CopyText(std::string_view text) { return CopyInto(m_nodes, text); }
+  /// A copy for any number of nodes.
+  std::string_view CopySharedText(std::string_view text) { return CopyInto(m_shared, text); }
   void CountString() { ++m_stringCount; }
   /// To be called before a node is added elsewhere than at the innermost open element: memory is
   /// then no longer taken in the order of the elements.
@@ -72,7 +84,7 @@ class XmlTree {
   CXmlDocument::ElementFilter m_filter;
   const CXmlAttributes m_noAttributes{DocumentAllocator<CXmlAttribute*>(*this)};
   Arena m_nodes;
-  Arena m_keys;
+  Arena m_shared;  // keys of names, and texts, that do not belong to one node
   std::deque<XmlName> m_names;
   std::map<std::string_view, XmlName*>
       m_nameIndex;  // ordered: nobody can choose names that collide

@@ -1,8 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 #include "ZuXmlLib16/Export.h"
+#include "ZuXmlLib16/FIVocabulary.h"
+#include "ZuXmlLib16/TextRef.h"
 
 namespace ZuXmlLib16 {
 
@@ -41,6 +44,22 @@ class ZUXMLLIB16_API CFastInfosetContext {
   int GetMaxDepth() const { return m_maxDepth; }
   void SetMaxDepth(int depth) { m_maxDepth = depth; }
 
+  /// What the tables of a document hold at its start; every document works on a copy. Whoever adds
+  /// to it must add the same to the context that the document is read with.
+  const CFIVocabulary& GetVocabulary() const { return m_vocabulary; }
+  CFIVocabulary& GetVocabulary() { return m_vocabulary; }
+
+  /// Names the vocabulary of this context, so that documents say that they need it: they then carry
+  /// the URI, and documents without one are read without the vocabulary. "", the default, for none.
+  const std::string& GetExternalVocabularyURI() const { return m_externalVocabularyUri; }
+  void SetExternalVocabularyURI(const char* uri) { m_externalVocabularyUri = CTextRef(uri); }
+
+  /// Characters that the names, values and texts of a document may have together when it is read,
+  /// as a multiple of its octets: what is written once may be used by index any number of times. 64
+  /// MiB are always allowed, unless CSerializationContext::GetMaxDocumentSize is less.
+  unsigned long GetMaxExpansion() const { return m_maxExpansion; }
+  void SetMaxExpansion(unsigned long factor) { m_maxExpansion = factor; }
+
  private:
   bool m_indexAttributeValues = true;
   unsigned long m_maxAttributeValueLength = 32;
@@ -49,6 +68,9 @@ class ZUXMLLIB16_API CFastInfosetContext {
   TypedValueMode m_typedValues = TypedValueMode::Binary;
   bool m_cdataSections = false;
   int m_maxDepth = 10000;
+  CFIVocabulary m_vocabulary;
+  std::string m_externalVocabularyUri;
+  unsigned long m_maxExpansion = 256;
 };
 
 }  // namespace ZuXmlLib16

@@ -209,16 +209,17 @@ class ZUXMLLIB16_API CXmlDocument : public CInstanceMonitor {
   CXmlElement* GetDocumentElement() const;
 
   // What is loaded must not lie in the document's own tree, which goes first. All loaders throw
-  // CZuException: "<parser's text> at line <n>" for XML that is not well-formed, and "The document
-  // is larger than the limit of %s bytes." (see CSerializationContext::GetMaxDocumentSize).
+  // CZuException: "<parser's text> at line <n>" for XML that is not well-formed, "Failed to parse
+  // FastInfoset. " and so on (see CFastInfosetReader), and "The document is larger than the limit
+  // of %s bytes." (see CSerializationContext::GetMaxDocumentSize).
 
   /// Parses NUL-terminated XML text.
   /// @throws CZuException  "XML String is empty!" for null or empty text.
   void LoadXml(const char* xml);
   /// The same for wide characters, of each of which the low 16 bits count.
   void LoadXml(const wchar_t* xml);
-  /// Parses bytes: XML text, plain or compressed with gzip or zlib. The bytes stay the caller's and
-  /// are not used after the call.
+  /// Parses bytes: XML text or Fast Infoset, plain or compressed with gzip or zlib. The bytes stay
+  /// the caller's and are not used after the call.
   /// @throws CZuException  "XML Stream is empty!".
   void LoadXmlStream(const unsigned char* data, unsigned long size);
   /// Parses the bytes of a file, as LoadXmlStream does.
@@ -272,12 +273,14 @@ class ZUXMLLIB16_API CXmlDocument : public CInstanceMonitor {
 
  private:
   friend class CExpatReader;
+  friend class CFastInfosetReader;
   friend class CXmlAttribute;
   friend class CXmlElement;
 
   class InputScope;
 
   void Parse(const unsigned char* data, unsigned long size);
+  void ParseInflated(const unsigned char* data, unsigned long size);
   void ParseText(const unsigned char* data, unsigned long size);
   // The JSON text of an input, in the local character set; the tree is dropped.
   std::string TakeJson(const char* json);

@@ -80,6 +80,7 @@ class ZUXMLLIB16_API CXmlWriter : public CInstanceMonitor {
    private:
     friend class CXmlWriter;
     friend class CXmlTextWriter;
+    friend class CFastInfosetWriter;
 
     /// Makes the object anew, keeping the memory of its strings.
     void Reuse(CTextRef name, CTextRef namespaceUri, std::unique_ptr<CXmlWriterContext>&& parent);
