@@ -23,10 +23,7 @@ using ZuXmlLib16::detail::ScratchVariant;
 using ZuXmlLib16::detail::VariantAccess;
 
 CElementInfo::CElementInfo(CTextRef name, CTextRef namespaceUri, std::int32_t propertyIndex)
-    : m_name(name),
-      m_namespaceUri(namespaceUri),
-      m_propertyIndex(propertyIndex),
-      m_restrictions("", -1, -1, "", "", "", "", -1, -1, -1) {}
+    : m_name(name), m_namespaceUri(namespaceUri), m_propertyIndex(propertyIndex) {}
 
 CElementInfo::CElementInfo(CTextRef name, CTextRef namespaceUri, std::int32_t propertyIndex,
                            bool nillable, EnumToText toText, TextToEnum toEnum,

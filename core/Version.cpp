@@ -46,7 +46,7 @@ void CheckVersionOnce() {
   if (!firstCheckDone.exchange(true) && !DoVersionsMatch()) WriteBanner();
 }
 
-void CGeneratorVersion::Declare(int major, int minor) {
+void CGeneratorVersion::Declare(int major, int minor) noexcept {
   generatorMajor = major;
   generatorMinor = minor;
 }

@@ -49,10 +49,6 @@ CSmartPtr<T> ObjectIn(const ZuVariant& value) {
   return dynamic_cast<T*>(value.GetXmlObject().Get());
 }
 
-CPrimitiveRestrictions NoFacets() {
-  return {"", -1, -1, "", "", "", "", -1, -1, -1};
-}
-
 CPrimitiveRestrictions SkuFacets() {
   return {"\\d{3}-[A-Z]{2}", -1, -1, "", "", "", "", -1, -1, -1};
 }
@@ -139,15 +135,15 @@ const CClassMetaData& CAddress::MetaData() {
       new CParentElementInfo(XmlElementGroupType::Sequence, XmlElementType::Element, "Address",
                              kNamespace, true, false, -1, ItemType::Invalid, "", false),
       {new CElementInfoSeqPrimMnd("name", kNamespace, kName, false, ItemType::string, "",
-                                  WhitespaceRule::None, NoFacets(), ""),
+                                  WhitespaceRule::None, {}, ""),
        new CElementInfoSeqPrimMnd("street", kNamespace, kStreet, false, ItemType::string, "",
-                                  WhitespaceRule::None, NoFacets(), ""),
+                                  WhitespaceRule::None, {}, ""),
        new CElementInfoSeqPrimMnd("city", kNamespace, kCity, false, ItemType::string, "",
-                                  WhitespaceRule::None, NoFacets(), ""),
+                                  WhitespaceRule::None, {}, ""),
        new CElementInfoSeqPrimMnd("state", kNamespace, kState, false, ItemType::string, "",
-                                  WhitespaceRule::None, NoFacets(), ""),
+                                  WhitespaceRule::None, {}, ""),
        new CElementInfoSeqPrimMnd("zip", kNamespace, kZip, false, ItemType::string, "",
-                                  WhitespaceRule::None, NoFacets(), "")},
+                                  WhitespaceRule::None, {}, "")},
       {new CAttributeInfoEnum("country", "", kCountry, false, CountryToText, CountryFromText, "")});
   return metaData;
 }
@@ -191,16 +187,15 @@ const CClassMetaData& CItem::MetaData() {
       new CParentElementInfo(XmlElementGroupType::Sequence, XmlElementType::Element, "Item",
                              kNamespace, true, false, -1, ItemType::Invalid, "", false),
       {new CElementInfoSeqPrimMnd("productName", kNamespace, kProductName, false, ItemType::string,
-                                  "", WhitespaceRule::None, NoFacets(), ""),
+                                  "", WhitespaceRule::None, {}, ""),
        new CElementInfoSeqPrimMnd("quantity", kNamespace, kQuantity, false, ItemType::ui4, "",
                                   WhitespaceRule::Collapse, QuantityFacets(), ""),
        new CElementInfoSeqPrimMnd("price", kNamespace, kPrice, false, ItemType::decimal, "",
                                   WhitespaceRule::Collapse, MoneyFacets(), ""),
        new CElementInfoSeqPrimOpt("shipDate", kNamespace, kShipDate, false, ItemType::datetime, "",
-                                  WhitespaceRule::Collapse, NoFacets(), ""),
+                                  WhitespaceRule::Collapse, {}, ""),
        new CElementInfoSeqPrimOpt("thumbnail", kNamespace, kThumbnail, false,
-                                  ItemType::base64Binary, "", WhitespaceRule::Collapse, NoFacets(),
-                                  "")},
+                                  ItemType::base64Binary, "", WhitespaceRule::Collapse, {}, "")},
       {new CAttributeInfoPrimitive("sku", "", kSku, false, ItemType::string, "",
                                    WhitespaceRule::None, SkuFacets(), "")});
   return metaData;
@@ -259,11 +254,11 @@ const CClassMetaData& CCard::MetaData() {
       new CParentElementInfo(XmlElementGroupType::Sequence, XmlElementType::Element, "Card",
                              kNamespace, true, false, -1, ItemType::Invalid, "", false),
       {new CElementInfoSeqPrimMnd("number", kNamespace, kNumber, false, ItemType::string, "",
-                                  WhitespaceRule::None, NoFacets(), ""),
+                                  WhitespaceRule::None, {}, ""),
        new CElementInfoSeqPrimMnd("holder", kNamespace, kHolder, false, ItemType::string, "",
-                                  WhitespaceRule::None, NoFacets(), ""),
+                                  WhitespaceRule::None, {}, ""),
        new CElementInfoSeqPrimMnd("expires", kNamespace, kExpires, false, ItemType::yearMonth, "",
-                                  WhitespaceRule::Collapse, NoFacets(), "")},
+                                  WhitespaceRule::Collapse, {}, "")},
       {});
   return metaData;
 }
@@ -291,7 +286,7 @@ const CClassMetaData& CTransfer::MetaData() {
       new CParentElementInfo(XmlElementGroupType::Sequence, XmlElementType::Element, "Transfer",
                              kNamespace, true, false, -1, ItemType::Invalid, "", false),
       {new CElementInfoSeqPrimMnd("iban", kNamespace, kIban, false, ItemType::string, "",
-                                  WhitespaceRule::None, NoFacets(), ""),
+                                  WhitespaceRule::None, {}, ""),
        new CElementInfoSeqPrimMnd("amount", kNamespace, kAmount, false, ItemType::decimal, "",
                                   WhitespaceRule::Collapse, MoneyFacets(), "")},
       {});
@@ -349,7 +344,7 @@ const CClassMetaData& COrderPayment::MetaData() {
        new CElementInfoChoiceClsOpt("transfer", kNamespace, kTransfer, XmlElementType::Element,
                                     MakeObject, kTransferClass),
        new CElementInfoChoicePrimOpt("invoice", kNamespace, kInvoice, false, ItemType::string, "",
-                                     WhitespaceRule::None, NoFacets(), "")},
+                                     WhitespaceRule::None, {}, "")},
       {});
   return metaData;
 }
@@ -436,17 +431,17 @@ const CClassMetaData& COrder::MetaData() {
       {new CElementInfoSeqClsMnd("shipTo", kNamespace, kShipTo, XmlElementType::Element, MakeObject,
                                  kAddressClass, true),
        new CElementInfoSeqPrimOpt("comment", kNamespace, kComment, false, ItemType::string, "",
-                                  WhitespaceRule::None, NoFacets(), ""),
+                                  WhitespaceRule::None, {}, ""),
        new CElementInfoSeqPrimMnd("reference", kNamespace, kReference, true, ItemType::string, "",
-                                  WhitespaceRule::None, NoFacets(), ""),
+                                  WhitespaceRule::None, {}, ""),
        new CElementInfoSeqClsMnd("items", kNamespace, kItems, XmlElementType::Element, MakeObject,
                                  kItemListClass, true),
        new CElementInfoSeqClsMnd("OrderPayment", kNamespace, kPayment, XmlElementType::Pseudo,
                                  MakeObject, kOrderPaymentClass, true)},
       {new CAttributeInfoPrimitive("id", "", kId, false, ItemType::i4, "", WhitespaceRule::Collapse,
-                                   NoFacets(), ""),
+                                   {}, ""),
        new CAttributeInfoPrimitive("date", "", kDate, false, ItemType::date, "",
-                                   WhitespaceRule::Collapse, NoFacets(), "")});
+                                   WhitespaceRule::Collapse, {}, "")});
   return metaData;
 }
 

@@ -15,10 +15,6 @@ CSmartPtr<CXmlObjectBase> MakeObject(int classIdentifier, const char* elementNam
   return nullptr;
 }
 
-CPrimitiveRestrictions NoFacets() {
-  return {"", -1, -1, "", "", "", "", -1, -1, -1};
-}
-
 /// A collection of at least one value, without facets.
 template <class Collection>
 Collection* MakeCollection(const char* name) {
@@ -83,7 +79,7 @@ const CClassMetaData& CSample::MetaData() {
        new CElementInfoSeqPrimCol("n", kNamespace, kN),
        new CElementInfoSeqPrimCol("ok", kNamespace, kOk)},
       {new CAttributeInfoPrimitive("t", "", kT, false, ItemType::datetime, "",
-                                   WhitespaceRule::Collapse, NoFacets(), "")});
+                                   WhitespaceRule::Collapse, {}, "")});
   return metaData;
 }
 

@@ -93,7 +93,7 @@ class CXmlClassCol : public detail::ClassCol {
   /// @param index  the item's index afterwards, 0 to GetCount().
   /// @throws CZuInvalidParamException  as Add; "Index out of range"
   CSmartPtr<T> AddAt(int index, T* item) {
-    const CSmartPtr<T> added(item);
+    CSmartPtr<T> added(item);
     CheckItem(item);
     AddItemAt(index, item);
     return added;

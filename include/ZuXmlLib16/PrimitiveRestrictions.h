@@ -13,6 +13,8 @@ namespace ZuXmlLib16 {
 /// check, as values of the type that is checked.
 class ZUXMLLIB16_API CPrimitiveRestrictions {
  public:
+  /// No facet is set.
+  CPrimitiveRestrictions() noexcept = default;
   /// An empty text or a negative number: the facet is not set.
   CPrimitiveRestrictions(CTextRef pattern, std::int64_t minLength, std::int64_t maxLength,
                          CTextRef minInclusive, CTextRef maxInclusive, CTextRef minExclusive,

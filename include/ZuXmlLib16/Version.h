@@ -9,9 +9,9 @@ namespace ZuXmlLib16 {
 /// counts; without one, the version of the library is assumed.
 class ZUXMLLIB16_API CGeneratorVersion {
  public:
-  CGeneratorVersion(int major, int minor) { Declare(major, minor); }
+  CGeneratorVersion(int major, int minor) noexcept { Declare(major, minor); }
 
-  static void Declare(int major, int minor);
+  static void Declare(int major, int minor) noexcept;
 };
 
 /// The version of the library itself.
