@@ -574,6 +574,12 @@ void ThrowDocumentTooLarge(std::size_t limitInBytes) {
                                   std::to_string(limitInBytes).c_str()));
 }
 
+void ThrowFastInfosetFailure(const CZuException& failure, std::size_t octets) {
+  const std::string place = FormatString("octet %zu", octets);
+  if (failure.GetInnerException() == nullptr) throw CZuException(failure.GetMessage(), place);
+  throw CZuException(failure.GetMessage(), place, *failure.GetInnerException());
+}
+
 void ThrowFastInfosetEnd() {
   throw CZuException(FastInfosetError("Unexpected end of the document."));
 }

@@ -191,6 +191,8 @@ struct JsonPlace {
 [[noreturn]] void ThrowDocumentTooLarge(std::size_t limitInBytes);
 
 // Fast Infoset input
+/// @param octets  how many had been read when it failed.
+[[noreturn]] void ThrowFastInfosetFailure(const CZuException& failure, std::size_t octets);
 [[noreturn]] void ThrowFastInfosetEnd();
 /// @param offset  of the octet, from 0 on.
 [[noreturn]] void ThrowFastInfosetOctet(unsigned int octet, std::size_t offset);

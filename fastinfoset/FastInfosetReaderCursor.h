@@ -30,6 +30,8 @@ class FastInfosetCursor {
         m_end(m_begin + octets.size()) {}
 
   bool IsAtEnd() const { return m_next == m_end; }
+  /// How many octets were read.
+  std::size_t Position() const { return static_cast<std::size_t>(m_next - m_begin); }
 
   unsigned int Octet() {
     if (m_next == m_end) ThrowFastInfosetEnd();
@@ -45,7 +47,7 @@ class FastInfosetCursor {
 
   /// Refuses the last octet that was read.
   [[noreturn]] void Refuse() const {
-    ThrowFastInfosetOctet(m_next[-1], static_cast<std::size_t>(m_next - m_begin) - 1);
+    ThrowFastInfosetOctet(m_next[-1], Position() - 1);
   }
 
   /// The length of a string that starts in the last bits of an octet (C.22 to C.24: on bit 2, 5 or

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "ZuXmlLib16/Exceptions.h"
 #include "core/Errors.h"
 
 namespace ZuXmlLib16::detail {
@@ -53,13 +54,20 @@ FastInfosetParser::FastInfosetParser(CXmlDocument& document, XmlTree& tree, std:
 
 void FastInfosetParser::Parse() {
   try {
-    ReadComponents();
-    while (!m_isEnded) {
-      ReadDocumentItem(m_cursor.Octet());
-    }
+    ReadDocument();
+  } catch (const CZuException& failure) {
+    m_tree.KeepOpenText();
+    ThrowFastInfosetFailure(failure, m_cursor.Position());
   } catch (...) {
     m_tree.KeepOpenText();
     throw;
+  }
+}
+
+void FastInfosetParser::ReadDocument() {
+  ReadComponents();
+  while (!m_isEnded) {
+    ReadDocumentItem(m_cursor.Octet());
   }
   if (!m_hasRoot) ThrowFastInfosetWithoutRoot();
   if (!m_cursor.IsAtEnd()) ThrowFastInfosetDataAfterEnd();

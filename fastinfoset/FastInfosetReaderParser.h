@@ -84,6 +84,8 @@ class FastInfosetParser {
   Name InitialName();
   Name NameOf(std::uint32_t prefix, std::uint32_t namespaceName, std::uint32_t localName);
 
+  void ReadDocument();
+
   // FastInfosetReaderItems.cpp
   void ReadDocumentItem(unsigned int octet);
   void ReadDocumentType(unsigned int octet);

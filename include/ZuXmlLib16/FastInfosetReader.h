@@ -20,7 +20,8 @@ class ZUXMLLIB16_API CFastInfosetReader : public CInstanceMonitor {
   /// Reads the document's whole input.
   /// @return false, with the document untouched, when the input does not start as Fast Infoset: one
   ///         of the nine XML declarations of the standard or none, then the octets E0 00 00 01.
-  /// @throws CZuException  "Failed to parse FastInfoset. " and what is wrong: the document is
+  /// @throws CZuException  "Failed to parse FastInfoset. " and what is wrong, with the path
+  ///         "octet <n>", n octets of the inflated input having been read: the document is
   ///         malformed or cut off, needs an external vocabulary other than that of the context, or
   ///         passes a limit (CFastInfosetContext::GetMaxDepth and GetMaxExpansion,
   ///         CSerializationContext::GetMaxDocumentSize).

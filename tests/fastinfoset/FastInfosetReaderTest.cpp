@@ -81,7 +81,8 @@ std::string FailureOf(const std::string& octets) {
     CXmlDocument document;
     Load(document, octets);
   } catch (const CZuException& failure) {
-    return failure.GetMessage();
+    EXPECT_EQ(failure.GetPath().substr(0, 6), "octet ");
+    return failure.GetMessage().substr(0, failure.GetMessage().find("\nPath: "));
   }
   return "";
 }
