@@ -15,6 +15,12 @@ std::string_view UpToNul(std::string_view text) {
   return text.substr(0, text.find('\0'));
 }
 
+/// Makes text the same as value, which it often is: most elements have the namespace, and many the
+/// name, of the one whose object they use again.
+void Set(std::string& text, std::string_view value) {
+  if (text != value) text = value;
+}
+
 /// "xml" and its namespace belong together; "xmlns" and the empty prefix cannot be declared.
 bool IsDeclarable(std::string_view prefix, std::string_view namespaceUri) {
   return !prefix.empty() && prefix != "xmlns" && prefix != "xml" && !namespaceUri.empty() &&
@@ -51,8 +57,8 @@ CXmlWriter::CXmlWriterContext::~CXmlWriterContext() {
 void CXmlWriter::CXmlWriterContext::Reuse(CTextRef name, CTextRef namespaceUri,
                                           std::unique_ptr<CXmlWriterContext>&& parent) {
   // What can fail comes first: the parent must not get lost.
-  m_name = UpToNul(name);
-  m_namespaceUri = namespaceUri;
+  Set(m_name, UpToNul(name));
+  Set(m_namespaceUri, namespaceUri);
   m_prefix.clear();
   m_childCount = 0;
   m_isStartTagOpen = true;
@@ -113,8 +119,10 @@ const std::string& CXmlWriter::CXmlWriterContext::AllocatePrefix(std::string_vie
   return OwnScope().Allocate(namespaceUri);
 }
 
-CXmlWriter::CXmlWriter(const char* className)
-    : CInstanceMonitor(className), m_rootScope(std::make_unique<detail::PrefixScope>()) {
+CXmlWriter::CXmlWriter(const char* className, bool hasArrays)
+    : CInstanceMonitor(className),
+      m_rootScope(std::make_unique<detail::PrefixScope>()),
+      m_hasArrays(hasArrays) {
   m_rootScope->Set(XML_NAMESPACE, "xml");
 }
 
