@@ -1,4 +1,5 @@
-// What reading and writing typed objects costs, on the classes of examples/generated. Speeds are
+// What reading and writing typed objects costs, in all formats, on the classes of
+// examples/generated. Speeds are
 // ratios to expat alone, with namespaces and handlers that do nothing, on the same bytes in the
 // same run: 1 is as fast as the parser, more is faster.
 // --large measures the documents of 100 MB, too, which takes some minutes and 3 GB.
@@ -43,6 +44,8 @@ struct Orders {
   static constexpr const char* kName = "orders";
   static constexpr const char* kSmall = "<orders xmlns='urn:bench:orders'/>";
   static constexpr double kRead = 0.48, kText = 1.15, kStream = 1.1, kAllocations = 2.5;
+  static constexpr double kReadJson = 0.29, kWriteJson = 0.9;
+  static constexpr double kReadFi = 0.75, kWriteFi = 0.85, kSizeFi = 0.42;
 };
 
 struct Telemetry {
@@ -50,6 +53,8 @@ struct Telemetry {
   static constexpr const char* kName = "telemetry";
   static constexpr const char* kSmall = "<telemetry xmlns='urn:bench:telemetry'/>";
   static constexpr double kRead = 0.48, kText = 0.90, kStream = 0.85, kAllocations = 1.3;
+  static constexpr double kReadJson = 0.27, kWriteJson = 0.65;
+  static constexpr double kReadFi = 0.72, kWriteFi = 0.65, kSizeFi = 0.77;
 };
 
 /// The documents have one namespace and bind it as the default; so does what is written.
@@ -126,6 +131,51 @@ void MeasureDocument(const bench::Table& table, const Size& size) {
   table.Row("read and free objects", seconds[0] / seconds[3]);
   table.Row("write text", seconds[1] / seconds[4], Budget::AtLeast, Kind::kText);
   table.Row("write stream", seconds[1] / seconds[5], Budget::AtLeast, Kind::kStream);
+}
+
+/// JSON in bytes of its own; Fast Infoset in bytes of the same document as XML.
+template <class Kind>
+void MeasureOtherFormats(const bench::Table& table, const Size& size) {
+  using Root = typename Kind::Root;
+  const auto root = ReadObjects<Kind>(MakeDocumentOfSize(Kind::kName, size.bytes));
+  const CSerializationContext options = Options<Kind>();
+  const std::string xml = WriteText<Kind>(*root);
+  const auto json = [&] { return root->ToJson(false, EOLType::Lf, options); };
+  const auto fastInfoset = [&] {
+    return root->ToFastInfosetStream(FInfoDecl::None, options, CompressionType::None);
+  };
+  const std::string text = json();
+  const CBinaryData octets = fastInfoset();
+  const auto readJson = [&] {
+    CSmartPtr<Root> copy(new Root);
+    copy->FromJson(text.c_str(), options);
+    return copy;
+  };
+  const auto readFastInfoset = [&] {
+    CSmartPtr<Root> copy(new Root);
+    copy->FromXmlStream(octets, options);
+    return copy;
+  };
+  bench::Require(WriteText<Kind>(*readJson()) == xml, "objects through JSON");
+  bench::Require(WriteText<Kind>(*readFastInfoset()) == xml, "objects through Fast Infoset");
+  const std::vector<double> seconds = bench::BestSeconds({
+      Parsing(xml),
+      Timed(readJson),
+      Timed([&] { bench::Keep(json()); }),
+      Timed(readFastInfoset),
+      Timed([&] { bench::Keep(fastInfoset()); }),
+  });
+  const double jsonShare = static_cast<double>(text.size()) / static_cast<double>(xml.size());
+  table.Heading(std::string(Kind::kName) + ", " + size.name + ", JSON and Fast Infoset");
+  table.Row("read and free objects from JSON", jsonShare * seconds[0] / seconds[1], Budget::AtLeast,
+            Kind::kReadJson);
+  table.Row("write JSON", jsonShare * seconds[0] / seconds[2], Budget::AtLeast, Kind::kWriteJson);
+  table.Row("read and free objects from Fast Infoset", seconds[0] / seconds[3], Budget::AtLeast,
+            Kind::kReadFi);
+  table.Row("write Fast Infoset", seconds[0] / seconds[4], Budget::AtLeast, Kind::kWriteFi);
+  table.Row("size of Fast Infoset to XML",
+            static_cast<double>(octets.GetLength()) / static_cast<double>(xml.size()),
+            size.bytes == kMegabyte ? Budget::AtMost : Budget::None, Kind::kSizeFi);
 }
 
 template <class Kind>
@@ -206,6 +256,7 @@ template <class Kind>
 void Measure(const bench::Table& table, const std::vector<Size>& sizes) {
   for (const Size& size : sizes) {
     MeasureDocument<Kind>(table, size);
+    MeasureOtherFormats<Kind>(table, size);
   }
 }
 

@@ -308,15 +308,16 @@ void CElement::WriteTree(CXmlWriter& writer, bool isDocumentRoot,
     if (innermost.nextChild != nullptr) {
       const auto& child = static_cast<const CElement&>(*innermost.nextChild->GetItem());
       innermost.nextChild = innermost.nextChild->GetNext();
-      // Neighbours of one name are a collection to formats with arrays.
-      const bool runGoesOn =
-          innermost.nextChild != nullptr &&
-          HasSameName(child, static_cast<const CElement&>(*innermost.nextChild->GetItem()));
-      if (!innermost.isInRun) {
-        writer.SetContextState(runGoesOn ? CXmlWriter::ContextState::CollectionPending
-                                         : CXmlWriter::ContextState::CollectionEnded);
+      if (writer.HasArrays()) {  // neighbours of one name are a collection there
+        const bool runGoesOn =
+            innermost.nextChild != nullptr &&
+            HasSameName(child, static_cast<const CElement&>(*innermost.nextChild->GetItem()));
+        if (!innermost.isInRun) {
+          writer.SetContextState(runGoesOn ? CXmlWriter::ContextState::CollectionPending
+                                           : CXmlWriter::ContextState::CollectionEnded);
+        }
+        innermost.isInRun = runGoesOn;
       }
-      innermost.isInRun = runGoesOn;
       // A derived class may write itself in its own way; the plain ones need no call for every
       // level.
       if (typeid(child) == typeid(CElement) && !child.m_raw) {

@@ -90,14 +90,14 @@ void JsonMapping::VisitMember() {
     case JsonTape::Role::Attribute:
     case JsonTape::Role::Declaration:  // of an element they were written with its start tag
       if (IsOutsideRoot()) {
-        ThrowJsonMemberOutsideRoot(LocalText(m_tape.NameAsWritten(item)), Path());
+        ThrowJsonMemberOutsideRoot(LocalText(JsonTape::NameAsWritten(item)), Path());
       }
   }
 }
 
 void JsonMapping::VisitText() {
   const JsonTape::Item& item = m_tape[m_item];
-  const std::string name = LocalText(m_tape.NameAsWritten(item));
+  const std::string name = LocalText(JsonTape::NameAsWritten(item));
   const bool isArray = item.kind == JsonTape::Kind::Array;
   if (isArray || item.kind == JsonTape::Kind::Object) {
     if (!name.empty()) ThrowJsonMemberHolds(name, isArray ? "an array" : "an object", Path());
@@ -105,7 +105,7 @@ void JsonMapping::VisitText() {
     ThrowJsonNameEmpty(Path());
   }
   if (IsOutsideRoot()) ThrowJsonMemberOutsideRoot(name, Path());
-  if (item.size > 0) m_sink.AddText(m_tape.Value(item));
+  if (item.size > 0) m_sink.AddText(JsonTape::Value(item));
 }
 
 void JsonMapping::Enter(std::size_t name) {
@@ -116,7 +116,7 @@ void JsonMapping::Leave() {
   const Frame& frame = m_frames.back();
   if (frame.name != kNone) {
     const JsonTape::Item& name = m_tape[frame.name];
-    m_sink.EndElement({m_tape.Prefix(name), m_tape.LocalName(name), {}});
+    m_sink.EndElement({JsonTape::Prefix(name), JsonTape::LocalName(name), {}});
     --m_openElements;
   }
   if (frame.hasScope) m_scopes.pop_back();
@@ -135,15 +135,16 @@ void JsonMapping::StartElement(std::size_t name) {
   Enter(name);
   if (isObject && value.size > 0) CollectAttributes(index);
   m_item = index;
-  const std::string_view prefix = m_tape.Prefix(m_tape[name]);
+  const std::string_view prefix = JsonTape::Prefix(m_tape[name]);
   const std::string_view namespaceUri =
       prefix.empty() ? m_scopes.back().defaultNamespace : ResolvePrefix(prefix);
   if (value.kind == JsonTape::Kind::Null || (isObject && value.hasNullText)) AddNil();
   DropRepeatedAttributes();
-  m_sink.StartElement({prefix, m_tape.LocalName(m_tape[name]), namespaceUri}, m_declarations,
+  m_sink.StartElement({prefix, JsonTape::LocalName(m_tape[name]), namespaceUri}, m_declarations,
                       m_attributes);
   ++m_openElements;
-  if (value.kind == JsonTape::Kind::Scalar && value.size > 0) m_sink.AddText(m_tape.Value(value));
+  if (value.kind == JsonTape::Kind::Scalar && value.size > 0)
+    m_sink.AddText(JsonTape::Value(value));
 }
 
 void JsonMapping::CollectAttributes(std::size_t object) {
@@ -160,19 +161,19 @@ void JsonMapping::CollectAttributes(std::size_t object) {
 }
 
 void JsonMapping::CollectAttribute(const JsonTape::Item& item) {
-  const std::string_view name = m_tape.LocalName(item);
+  const std::string_view name = JsonTape::LocalName(item);
   const bool isAttribute = item.role == JsonTape::Role::Attribute;
   if (isAttribute && name.empty()) ThrowJsonNameEmpty(Path());
   switch (item.kind) {
     case JsonTape::Kind::Null:
       break;
     case JsonTape::Kind::Array:
-      ThrowJsonMemberHolds(LocalText(m_tape.NameAsWritten(item)), "an array", Path());
+      ThrowJsonMemberHolds(LocalText(JsonTape::NameAsWritten(item)), "an array", Path());
     case JsonTape::Kind::Object:
-      ThrowJsonMemberHolds(LocalText(m_tape.NameAsWritten(item)), "an object", Path());
+      ThrowJsonMemberHolds(LocalText(JsonTape::NameAsWritten(item)), "an object", Path());
     case JsonTape::Kind::Scalar:
-      if (!isAttribute) return Declare(name, m_tape.Value(item));
-      m_attributes.push_back({{m_tape.Prefix(item), name, {}}, m_tape.Value(item)});
+      if (!isAttribute) return Declare(name, JsonTape::Value(item));
+      m_attributes.push_back({{JsonTape::Prefix(item), name, {}}, JsonTape::Value(item)});
       m_attributeItems.push_back(m_item);
   }
 }
@@ -295,7 +296,7 @@ std::string JsonMapping::Path() const {
     const std::size_t inner = i + 1 < m_frames.size() ? m_frames[i + 1].container : m_item;
     if (inner == container) break;  // the element itself
     if (m_tape[container].kind == JsonTape::Kind::Object) {
-      path += '/' + LocalText(m_tape.NameAsWritten(m_tape[inner]));
+      path += '/' + LocalText(JsonTape::NameAsWritten(m_tape[inner]));
       continue;
     }
     std::size_t position = 1;

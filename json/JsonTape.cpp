@@ -1,14 +1,15 @@
 #include "json/JsonTape.h"
 
-#include <emmintrin.h>
-
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
+#include <new>
 #include <optional>
 
 #include "ZuXmlLib16/Encoder.h"
 #include "json/XmlName.h"
 #include "xml/CharacterSet.h"
+#include "xml/StreamPut.h"
 
 namespace ZuXmlLib16::detail {
 namespace {
@@ -21,35 +22,46 @@ bool IsForbidden(char character) {
   return byte < 0x20 && character != '\t' && character != '\n' && character != '\r';
 }
 
-bool IsPlain(char character) {
-  return static_cast<unsigned char>(character) < 0x80 && !IsForbidden(character);
+/// Whether there is a byte of control characters or above ASCII among those of an integer.
+template <class Integer>
+bool HasSpecial(const char* text) {
+  constexpr Integer kOnes = static_cast<Integer>(~Integer{0}) / 0xFF;
+  Integer bytes = 0;
+  std::memcpy(&bytes, text, sizeof(bytes));
+  // A byte below the blank borrows from the next: what that one shows does not matter any more.
+  return ((bytes | (bytes - kOnes * 0x20)) & kOnes * 0x80) != 0;
 }
 
-/// Whether a text is ASCII that XML 1.0 allows.
+/// Whether a text is printing ASCII throughout.
 bool IsPlain(std::string_view text) {
-  std::size_t i = 0;
-  for (; i + 16 <= text.size(); i += 16) {
-    // As signed bytes those that are not ASCII are below the blank, too.
-    const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text.data() + i));
-    if (_mm_movemask_epi8(_mm_cmpgt_epi8(block, _mm_set1_epi8(0x1F))) != 0xFFFF) break;
+  constexpr std::size_t kWord = sizeof(std::uint64_t);
+  const std::size_t size = text.size();
+  if (size < kWord / 2) {
+    return std::all_of(text.begin(), text.end(), [](char c) { return c >= ' '; });
   }
-  return std::all_of(text.begin() + static_cast<std::ptrdiff_t>(i), text.end(),
-                     [](char character) { return IsPlain(character); });
+  if (size < kWord) {  // two pieces that overlap
+    return !HasSpecial<std::uint32_t>(text.data()) &&
+           !HasSpecial<std::uint32_t>(text.data() + size - kWord / 2);
+  }
+  for (std::size_t i = 0; i + kWord < size; i += kWord) {
+    if (HasSpecial<std::uint64_t>(text.data() + i)) return false;
+  }
+  return !HasSpecial<std::uint64_t>(text.data() + size - kWord);
 }
 
 /// Replaces U+FFFE and U+FFFF in valid UTF-8 by "?".
-void ReplaceNoncharacters(std::string& text, std::size_t start) {
+void ReplaceNoncharacters(std::string& text) {
   constexpr std::string_view kLead = "\xEF\xBF";
-  std::size_t out = start;
-  std::size_t copied = start;
-  for (std::size_t at = start; (at = text.find(kLead, at)) != std::string::npos; at += 3) {
+  std::size_t out = 0;
+  std::size_t copied = 0;
+  for (std::size_t at = 0; (at = text.find(kLead, at)) != std::string::npos; at += 3) {
     if (text[at + 2] != '\xBE' && text[at + 2] != '\xBF') continue;
     std::memmove(&text[out], &text[copied], at - copied);
     out += at - copied;
     text[out++] = '?';
     copied = at + 3;
   }
-  if (copied == start) return;
+  if (copied == 0) return;
   std::memmove(&text[out], &text[copied], text.size() - copied);
   text.resize(out + text.size() - copied);
 }
@@ -72,21 +84,12 @@ JsonTape::JsonTape(bool hasNamespaces)
 
 JsonTape::~JsonTape() = default;
 
-std::string_view JsonTape::LocalName(const Item& item) const {
-  const std::size_t before = item.prefixLength > 0 ? item.prefixLength + 1 : 0;
-  return Text(item.name + before, item.nameLength - before);
-}
-
-std::string_view JsonTape::NameAsWritten(const Item& item) const {
-  return Text(item.name - item.writtenNameOffset,
-              item.writtenNameOffset + (item.isNameChanged ? 0 : item.nameLength));
-}
-
 void JsonTape::ReadStartDocument() {
-  m_items.clear();
+  m_blocks.clear();
+  m_count = 0;
   m_open.clear();
-  m_text.clear();
   m_isNamed = false;
+  m_memory.Clear();
 }
 
 bool JsonTape::ReadEndDocument() {
@@ -97,54 +100,54 @@ bool JsonTape::ReadEndDocument() {
 }
 
 void JsonTape::ReadName(const std::string& name) {
+  const std::string_view written = Store(name);
   m_named = Item();
   m_isNamed = true;
-  m_named.name = m_text.size();
-  AppendText(name);
-  const std::string_view written = Text(m_named.name, m_text.size());
   if (written.empty() || written == kText) {
     m_named.role = Role::Text;
+    m_named.name = written.data();
     m_named.nameLength = written.size();
   } else if (written.front() != '@') {
-    SetXmlName(written);
+    SetXmlName(written, 0);
   } else if (const auto prefix = DeclaredPrefix(written); prefix && m_hasNamespaces) {
     m_named.role = Role::Declaration;
-    SetXmlName(*prefix);
+    SetXmlName(written, written.size() - prefix->size());
   } else {
     m_named.role = Role::Attribute;
-    SetXmlName(written.substr(1));
+    SetXmlName(written, 1);
   }
 }
 
-/// Makes a part of the written name, up to its end, the name of the item: as it is or, behind it,
-/// as an XML name.
-void JsonTape::SetXmlName(std::string_view part) {
-  const std::size_t written = m_named.name;
-  std::size_t start = m_text.size() - part.size();
+/// Makes the written name from offset on the name of the item: as it is or, behind it, as an XML
+/// name.
+void JsonTape::SetXmlName(std::string_view written, std::size_t offset) {
+  const std::string_view part = written.substr(offset);
   std::size_t prefixLength = 0;
   m_named.isNameChanged = !part.empty() && !IsPlainXmlName(part, prefixLength);
   if (m_named.isNameChanged) {
-    start = m_text.size();
-    prefixLength = AppendXmlName(m_text, std::string(part));
+    std::string both(written);
+    prefixLength = AppendXmlName(both, part);
+    offset = written.size();
+    written = Copy(both);
   }
-  m_named.name = start;
-  m_named.nameLength = m_text.size() - start;
+  m_named.name = written.data() + offset;
+  m_named.nameLength = written.size() - offset;
   m_named.prefixLength = m_hasNamespaces ? prefixLength : 0;
-  m_named.writtenNameOffset = start - written;
+  m_named.nameOffset = offset;
 }
 
 JsonTape::Item& JsonTape::Add(Kind kind) {
-  Item& item = m_items.emplace_back();
-  if (m_isNamed) {
-    item = m_named;
-    m_isNamed = false;
-  } else {
-    item.name = m_text.size();
+  if (m_count % kBlockItems == 0) {
+    m_blocks.push_back(static_cast<Item*>(m_memory.Allocate(kBlockItems * sizeof(Item))));
   }
+  if (!m_isNamed) m_named = Item();
+  m_isNamed = false;
+  Item& item = *new (m_blocks.back() + m_count % kBlockItems) Item(m_named);
+  ++m_count;
   item.kind = kind;
-  item.end = m_items.size();
+  item.end = m_count;
   if (item.role == Role::Element || m_open.empty()) return item;
-  Item& object = m_items[m_open.back()];
+  Item& object = *m_open.back();
   if (item.role == Role::Text) {
     object.hasNullText = object.hasNullText || kind == Kind::Null;
   } else {
@@ -154,40 +157,45 @@ JsonTape::Item& JsonTape::Add(Kind kind) {
 }
 
 void JsonTape::AddScalar(std::string_view text) {
+  const std::string_view value = Store(text);
   Item& item = Add(Kind::Scalar);
-  const std::size_t start = m_text.size();
-  AppendText(text);
-  item.size = m_text.size() - start;
+  item.value = value.data();
+  item.size = value.size();
 }
 
 void JsonTape::Open(Kind kind) {
-  Add(kind);
-  m_open.push_back(m_items.size() - 1);
+  m_open.push_back(&Add(kind));
 }
 
 void JsonTape::Close() {
   if (m_open.empty()) return;
-  m_items[m_open.back()].end = m_items.size();
+  m_open.back()->end = m_count;
   m_open.pop_back();
   m_isNamed = false;
 }
 
-void JsonTape::AppendText(std::string_view local) {
-  if (IsPlain(local)) {
-    m_text.append(local);
-    return;
-  }
-  const std::size_t start = m_text.size();
-  std::string allowed(local);
-  std::replace_if(allowed.begin(), allowed.end(), IsForbidden, '?');
+std::string_view JsonTape::Store(std::string_view local) {
+  return IsPlain(local) ? Copy(local) : Copy(Repaired(local));
+}
+
+std::string_view JsonTape::Copy(std::string_view text) {
+  if (text.empty()) return "";
+  char* const copy = static_cast<char*>(m_memory.Allocate(text.size()));
+  CopyText(copy, text);
+  return {copy, text.size()};
+}
+
+std::string JsonTape::Repaired(std::string_view local) const {
+  std::string text(local);
+  std::replace_if(text.begin(), text.end(), IsForbidden, '?');
   if (m_isLocalUtf8) {
-    m_text.append(allowed);
-    RepairUtf8(&m_text[start], m_text.size() - start);
+    RepairUtf8(text.data(), text.size());
   } else {
-    const CBinaryData utf8 = CEncoder::LocalCodePageToUtf8Binary(allowed.c_str());
-    m_text.append(reinterpret_cast<const char*>(utf8.GetData()), utf8.GetLength());
+    const CBinaryData utf8 = CEncoder::LocalCodePageToUtf8Binary(text.c_str());
+    text.assign(reinterpret_cast<const char*>(utf8.GetData()), utf8.GetLength());
   }
-  ReplaceNoncharacters(m_text, start);
+  ReplaceNoncharacters(text);
+  return text;
 }
 
 }  // namespace ZuXmlLib16::detail

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "ZuXmlLib16/JsonTextReader.h"
+#include "xml/Arena.h"
 
 namespace ZuXmlLib16::detail {
 
@@ -26,15 +27,16 @@ class JsonTape final : public IJsonReaderHandler {
 
   /// A value with its name, when it has one. Texts are in UTF-8 and XML has all their characters.
   struct Item {
-    std::size_t name = 0;               // its start; the text of a scalar follows behind it
-    std::size_t nameLength = 0;         // as an XML name; of a declaration the prefix
-    std::size_t prefixLength = 0;       // of that name
-    std::size_t writtenNameOffset = 0;  // how far before name the name as it was written begins
-    std::size_t size = 0;  // of a scalar the bytes of its text, of an object its attributes
-    std::size_t end = 0;   // the next item that is not inside of this one
+    const char* name = nullptr;  // as an XML name; of a declaration the prefix
+    std::size_t nameLength = 0;
+    std::size_t prefixLength = 0;  // of that name
+    std::size_t nameOffset = 0;    // of that name, from the start of the name as it was written
+    const char* value = nullptr;   // of a scalar
+    std::size_t size = 0;          // of a scalar the bytes of its text, of an object its attributes
+    std::size_t end = 0;           // the next item that is not inside of this one
     Kind kind = Kind::Scalar;
     Role role = Role::Element;
-    bool isNameChanged = false;  // to be one of XML
+    bool isNameChanged = false;  // to be one of XML, and stands behind the written one
     bool hasNullText = false;    // an object with a text that is null
   };
 
@@ -44,15 +46,21 @@ class JsonTape final : public IJsonReaderHandler {
   JsonTape& operator=(const JsonTape&) = delete;
   ~JsonTape() override;
 
-  std::size_t Count() const { return m_items.size(); }
-  const Item& operator[](std::size_t index) const { return m_items[index]; }
-  std::string_view Prefix(const Item& item) const { return Text(item.name, item.prefixLength); }
-  /// The name without its prefix.
-  std::string_view LocalName(const Item& item) const;
-  std::string_view NameAsWritten(const Item& item) const;
-  std::string_view Value(const Item& scalar) const {
-    return Text(scalar.name + scalar.nameLength, scalar.size);
+  std::size_t Count() const { return m_count; }
+  const Item& operator[](std::size_t index) const {
+    return m_blocks[index / kBlockItems][index % kBlockItems];
   }
+  static std::string_view Prefix(const Item& item) { return {item.name, item.prefixLength}; }
+  /// The name without its prefix.
+  static std::string_view LocalName(const Item& item) {
+    const std::size_t before = item.prefixLength > 0 ? item.prefixLength + 1 : 0;
+    return {item.name + before, item.nameLength - before};
+  }
+  static std::string_view NameAsWritten(const Item& item) {
+    return {item.name - item.nameOffset,
+            item.nameOffset + (item.isNameChanged ? 0 : item.nameLength)};
+  }
+  static std::string_view Value(const Item& scalar) { return {scalar.value, scalar.size}; }
 
   void ReadStartDocument() override;
   bool ReadEndDocument() override;
@@ -67,19 +75,22 @@ class JsonTape final : public IJsonReaderHandler {
   void ReadNull() override { Add(Kind::Null); }
 
  private:
-  std::string_view Text(std::size_t start, std::size_t length) const {
-    return std::string_view(m_text).substr(start, length);
-  }
-  void SetXmlName(std::string_view part);
+  static constexpr std::size_t kBlockItems = 512;
+
+  void SetXmlName(std::string_view written, std::size_t offset);
   Item& Add(Kind kind);
   void AddScalar(std::string_view text);
   void Open(Kind kind);
   void Close();
-  void AppendText(std::string_view local);
+  /// A copy in UTF-8.
+  std::string_view Store(std::string_view local);
+  std::string_view Copy(std::string_view text);
+  std::string Repaired(std::string_view local) const;
 
-  std::vector<Item> m_items;
-  std::vector<std::size_t> m_open;
-  std::string m_text;
+  Arena m_memory;  // of items and texts
+  std::vector<Item*> m_blocks;
+  std::size_t m_count = 0;
+  std::vector<Item*> m_open;
   Item m_named;  // the item whose name was read last
   bool m_isNamed = false;
   bool m_hasNamespaces;

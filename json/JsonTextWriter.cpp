@@ -56,19 +56,42 @@ bool IsSpecial(char character, bool isStrict) {
          (isStrict && (character == '"' || character == '\\'));
 }
 
+/// Finds the specials in blocks of 16 characters, one bit a character.
+class SpecialFinder {
+ public:
+  // Without strict escaping quote and backslash look for what is found anyway.
+  explicit SpecialFinder(bool isStrict)
+      : m_quote(_mm_set1_epi8(isStrict ? '"' : '\0')),
+        m_backslash(_mm_set1_epi8(isStrict ? '\\' : '\0')) {}
+
+  unsigned Find(__m128i block) const {
+    const __m128i isControl = _mm_cmpeq_epi8(_mm_min_epu8(block, m_lastControl), block);
+    const __m128i isOther =
+        _mm_or_si128(_mm_cmpeq_epi8(block, m_quote), _mm_cmpeq_epi8(block, m_backslash));
+    return static_cast<unsigned>(_mm_movemask_epi8(_mm_or_si128(isControl, isOther)));
+  }
+
+ private:
+  __m128i m_lastControl = _mm_set1_epi8(0x1F);
+  __m128i m_quote;
+  __m128i m_backslash;
+};
+
+__m128i LoadHalf(const char* text) {
+  return _mm_loadl_epi64(reinterpret_cast<const __m128i*>(text));
+}
+
 std::size_t RunLength(const char* text, std::size_t length, bool isStrict) {
-  const __m128i lastControl = _mm_set1_epi8(0x1F);
-  // Without strict escaping they look for what is found anyway.
-  const __m128i quote = _mm_set1_epi8(isStrict ? '"' : '\0');
-  const __m128i backslash = _mm_set1_epi8(isStrict ? '\\' : '\0');
+  const SpecialFinder finder(isStrict);
   std::size_t i = 0;
   for (; i + 16 <= length; i += 16) {
-    const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text + i));
-    const __m128i found =
-        _mm_or_si128(_mm_cmpeq_epi8(_mm_min_epu8(block, lastControl), block),
-                     _mm_or_si128(_mm_cmpeq_epi8(block, quote), _mm_cmpeq_epi8(block, backslash)));
-    const int mask = _mm_movemask_epi8(found);
-    if (mask != 0) return i + static_cast<std::size_t>(__builtin_ctz(static_cast<unsigned>(mask)));
+    const unsigned found = finder.Find(_mm_loadu_si128(reinterpret_cast<const __m128i*>(text + i)));
+    if (found != 0) return i + static_cast<std::size_t>(__builtin_ctz(found));
+  }
+  const std::size_t left = length - i;
+  if (left >= 8) {  // two halves that overlap
+    const __m128i block = _mm_unpacklo_epi64(LoadHalf(text + i), LoadHalf(text + length - 8));
+    if (finder.Find(block) == 0) return length;
   }
   while (i < length && !IsSpecial(text[i], isStrict)) {
     ++i;
@@ -100,7 +123,7 @@ char ShortEscape(char special) {
 }  // namespace
 
 CJsonTextWriter::CJsonTextWriter(CTextStream& stream, const CJsonContext& settings)
-    : CXmlWriter("CJsonTextWriter"),
+    : CXmlWriter("CJsonTextWriter", true),
       m_mode(settings.GetSupportRoundtrip()),
       m_isStrict(settings.GetStrictEscaping()),
       m_stream(stream) {}

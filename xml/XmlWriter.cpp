@@ -123,8 +123,10 @@ const std::string& CXmlWriter::CXmlWriterContext::AllocatePrefix(std::string_vie
   return OwnScope().Allocate(namespaceUri);
 }
 
-CXmlWriter::CXmlWriter(const char* className)
-    : CInstanceMonitor(className), m_rootScope(std::make_unique<detail::PrefixScope>()) {
+CXmlWriter::CXmlWriter(const char* className, bool hasArrays)
+    : CInstanceMonitor(className),
+      m_rootScope(std::make_unique<detail::PrefixScope>()),
+      m_hasArrays(hasArrays) {
   m_rootScope->Set(XML_NAMESPACE, "xml");
 }
 

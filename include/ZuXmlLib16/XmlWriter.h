@@ -130,6 +130,8 @@ class ZUXMLLIB16_API CXmlWriter : public CInstanceMonitor {
   /// Writes xsi:nil="true".
   virtual void WriteAttributeNil() = 0;
 
+  /// Whether the format has arrays: only then do states matter.
+  bool HasArrays() const { return m_hasArrays; }
   /// Sets the state of the open element; nothing when none is open.
   void SetContextState(ContextState state);
 
@@ -139,7 +141,7 @@ class ZUXMLLIB16_API CXmlWriter : public CInstanceMonitor {
   static std::string NsIntToString(int index);
 
  protected:
-  explicit CXmlWriter(const char* className);
+  explicit CXmlWriter(const char* className, bool hasArrays = false);
 
   CXmlWriterContext* Current() const { return m_context.get(); }
   /// What is declared before the first element is opened.
@@ -159,6 +161,7 @@ class ZUXMLLIB16_API CXmlWriter : public CInstanceMonitor {
   std::unique_ptr<detail::PrefixScope> m_rootScope;
   std::unique_ptr<CXmlWriterContext> m_spare;  // closed elements, to be used again
   bool m_wasElementOpened = false;
+  bool m_hasArrays;
 };
 
 }  // namespace ZuXmlLib16
