@@ -2,7 +2,6 @@
 // handlers that do nothing, on the same bytes in the same run: 1 is as fast as the parser, more is
 // faster. With --large the documents of 100 MB are measured too, which takes some minutes and 3 GB.
 
-#include <expat.h>
 #include <malloc.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -19,11 +18,13 @@
 #include "ZuXmlLib16/XmlDocument.h"
 #include "bench/Documents.h"
 #include "bench/Harness.h"
+#include "bench/Reference.h"
 #include "tests/support/SameTree.h"
 
 using namespace ZuXmlLib16;
 using bench::BestSeconds;
 using bench::Budget;
+using bench::Parsing;
 using bench::Timed;
 
 namespace {
@@ -47,27 +48,6 @@ std::string MakeDocument(const char* kind, std::size_t sizeInBytes) {
   bench::DocumentOptions options;
   options.sizeInBytes = sizeInBytes;
   return bench::MakeDocument(kind, options);
-}
-
-// The floor
-
-void XMLCALL OnStart(void*, const XML_Char*, const XML_Char**) {}
-void XMLCALL OnEnd(void*, const XML_Char*) {}
-void XMLCALL OnText(void*, const XML_Char*, int) {}
-void XMLCALL OnNamespaceStart(void*, const XML_Char*, const XML_Char*) {}
-
-void ParseOnly(const char* data, std::size_t size) {
-  const XML_Parser parser = XML_ParserCreateNS(nullptr, '|');
-  XML_SetElementHandler(parser, OnStart, OnEnd);
-  XML_SetCharacterDataHandler(parser, OnText);
-  XML_SetStartNamespaceDeclHandler(parser, OnNamespaceStart);
-  const XML_Status status = XML_Parse(parser, data, static_cast<int>(size), 1);
-  XML_ParserFree(parser);
-  bench::Require(status == XML_STATUS_OK, "the reference parser");
-}
-
-bench::Work Parsing(const std::string& document) {
-  return Timed([&document] { ParseOnly(document.data(), document.size()); });
 }
 
 // What is measured
