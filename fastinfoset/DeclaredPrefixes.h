@@ -38,8 +38,11 @@ class DeclaredPrefixes {
   /// Begins an element.
   void Enter() { ++m_element; }
   /// Ends the element at a depth: what was bound before is bound again.
-  void Leave(std::uint64_t depth) {
-    if (!m_undo.empty() && m_undo.back().depth >= depth) Restore(depth);
+  /// @return whether that changes anything.
+  bool Leave(std::uint64_t depth) {
+    const bool hasDeclared = !m_undo.empty() && m_undo.back().depth >= depth;
+    if (hasDeclared) Restore(depth);
+    return hasDeclared;
   }
 
   NamespacePrefix& Find(std::string_view prefix);
@@ -52,13 +55,15 @@ class DeclaredPrefixes {
     Unbound,  ///< a declaration is needed
     Taken,    ///< the element uses the prefix for another namespace
   };
-  /// Makes the element use the prefix for a namespace, if it is bound to that.
+  /// Makes the element use the prefix as it is bound.
+  void Use(NamespacePrefix& prefix) const { prefix.user = m_element; }
+  /// The same for a namespace, if it is bound to that.
   Outcome Use(NamespacePrefix& prefix, std::string_view namespaceUri) const {
-    if (prefix.Namespace() == namespaceUri) {
-      prefix.user = m_element;
-      return Outcome::Bound;
+    if (prefix.Namespace() != namespaceUri) {
+      return prefix.user == m_element ? Outcome::Taken : Outcome::Unbound;
     }
-    return prefix.user == m_element ? Outcome::Taken : Outcome::Unbound;
+    Use(prefix);
+    return Outcome::Bound;
   }
   /// @param name   null for the empty namespace.
   /// @param depth  of the element.

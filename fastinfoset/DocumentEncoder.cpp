@@ -1,8 +1,10 @@
 #include "fastinfoset/DocumentEncoder.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstring>
+#include <memory>
 
 #include "ZuXmlLib16/Encoder.h"
 #include "ZuXmlLib16/Streams.h"
@@ -13,8 +15,6 @@
 
 namespace ZuXmlLib16::detail {
 namespace {
-
-constexpr std::size_t kFlushAbove = 65536;
 
 constexpr std::string_view kNoComponents("\0", 1);
 /// An initial vocabulary that is an external one.
@@ -44,7 +44,7 @@ constexpr unsigned int kAddChunkToTable = 0x10;
 constexpr unsigned int kChunkByAlgorithm = 0x0C;
 
 /// Whether a text can be written as it is: ASCII without carriage returns and NUL.
-bool IsClean(std::string_view text) {
+inline bool IsClean(std::string_view text) {
   constexpr std::uint64_t kOnes = 0x0101010101010101;
   constexpr std::uint64_t kHighBits = 0x8080808080808080;
   // High bits of bytes above 127, and of those from which subtracting borrows: zero, or a carriage
@@ -81,10 +81,7 @@ void AppendLocalAsUtf8(std::string& out, std::string_view text) {
   }
 }
 
-/// The text in UTF-8 up to its first NUL, without carriage returns.
-/// @param buffer  where it is made unless it is the given text itself.
-std::string_view CleanText(std::string_view text, std::string& buffer) {
-  if (IsClean(text)) return text;
+void MakeClean(std::string_view text, std::string& buffer) {
   buffer.clear();
   text = text.substr(0, text.find('\0'));
   while (!text.empty()) {
@@ -92,6 +89,13 @@ std::string_view CleanText(std::string_view text, std::string& buffer) {
     AppendLocalAsUtf8(buffer, text.substr(0, run));
     text.remove_prefix(run < text.size() ? run + 1 : text.size());
   }
+}
+
+/// The text in UTF-8 up to its first NUL, without carriage returns.
+/// @param buffer  where it is made unless it is the given text itself.
+inline std::string_view Clean(std::string_view text, std::string& buffer) {
+  if (IsClean(text)) return text;
+  MakeClean(text, buffer);
   return buffer;
 }
 
@@ -136,12 +140,21 @@ void CheckLength(std::string_view octets) {
 }  // namespace
 
 DocumentEncoder::DocumentEncoder(CBinaryStream& stream, const CFastInfosetContext& context)
-    : m_stream(stream), m_context(context) {}
+    : m_stream(stream),
+      m_context(context),
+      m_elementNames{m_context.GetVocabulary().GetElementNamesTable(), {}, kLiteralElementName},
+      m_attributeNames{
+          m_context.GetVocabulary().GetAttributeNamesTable(), {}, kLiteralAttributeName},
+      m_attributeValues{
+          m_context.GetVocabulary().GetAttributeValuesTable(),
+          context.GetIndexAttributeValues() ? context.GetMaxAttributeValueLength() : 0},
+      m_chunks{m_context.GetVocabulary().GetCharacterChunksTable(),
+               context.GetIndexElementValues() ? context.GetMaxElementValueLength() : 0} {}
 
 void DocumentEncoder::StartDocument(std::string_view declaration) {
   m_out.Put(declaration);
   m_out.Put(kFastInfosetIdentification);
-  const std::string_view uri = Clean(m_context.GetExternalVocabularyURI());
+  const std::string_view uri = Clean(m_context.GetExternalVocabularyURI(), m_clean);
   if (uri.empty()) {
     m_out.Put(kNoComponents);
   } else {
@@ -153,10 +166,22 @@ void DocumentEncoder::StartDocument(std::string_view declaration) {
 void DocumentEncoder::EndDocument() {
   PutTerminator();
   StartItem();
-  Flush();
+  m_full.push_back(m_out.Take());
+  std::size_t size = 0;
+  for (const OctetBuffer& part : m_full) {
+    size += part.GetSize();
+  }
+  std::unique_ptr<unsigned char[]> octets(new unsigned char[size]);
+  unsigned char* next = octets.get();
+  for (const OctetBuffer& part : m_full) {
+    next = std::copy_n(part.GetData(), part.GetSize(), next);
+  }
+  m_full.clear();
+  m_stream.Append(CBinaryData(octets.release(), size, true));
 }
 
 OctetBuffer& DocumentEncoder::StartItem() {
+  EndStart();
   if (m_endsInTerminator) m_out.Put(kTerminator);
   m_endsInTerminator = false;
   return m_out;
@@ -167,17 +192,10 @@ void DocumentEncoder::PutTerminator() {
   m_endsInTerminator = !m_endsInTerminator;
 }
 
-void DocumentEncoder::FlushWhenFull() {
-  if (m_out.GetSize() > kFlushAbove) Flush();
-}
-
-void DocumentEncoder::Flush() {
-  m_stream.Append(reinterpret_cast<const unsigned char*>(m_out.GetData()), m_out.GetSize());
-  m_out.Clear();
-}
-
-std::string_view DocumentEncoder::Clean(std::string_view text) {
-  return CleanText(text, m_clean);
+void DocumentEncoder::TakeOutputWhenFull() {
+  // A buffer doubles its memory, and so much has to be nearly full.
+  constexpr std::size_t kFull = 65536 - 4096;
+  if (m_out.GetSize() > kFull) m_full.push_back(m_out.Take());
 }
 
 void DocumentEncoder::PutIdentifier(OctetBuffer& out, std::string_view text, StringTable& table,
@@ -192,13 +210,15 @@ void DocumentEncoder::PutIdentifier(OctetBuffer& out, std::string_view text, Str
   }
 }
 
-template <DocumentEncoder::NamePlace place>
-void DocumentEncoder::PutName(OctetBuffer& out, const Name& name, NameTable& table) {
-  const std::string_view localName = Clean(name.localName);
+/// @return the index of the name; 0 when it had none and was put as a literal.
+unsigned long DocumentEncoder::PutUnlessKnown(OctetBuffer& out, const DocumentName& name,
+                                              Names& names) {
+  if (const unsigned long predicted = names.predictor.Predict(name)) return predicted;
+  StringTable& localNames = m_context.GetVocabulary().GetLocalNamesTable();
+  const std::string_view localName = Clean(name.localName, m_localName);
   bool isNewPart = false;
   CFIVocabulary::CQNameParts parts;
-  parts.localName = static_cast<unsigned int>(
-      m_context.GetVocabulary().GetLocalNamesTable().Add(localName, isNewPart));
+  parts.localName = static_cast<unsigned int>(localNames.Add(localName, isNewPart));
   const bool hasNamespace = name.prefix != nullptr;
   const bool hasPrefix = hasNamespace && !name.prefix->text.empty();
   if (hasNamespace) parts.namespaceName = name.prefix->bound->index;
@@ -207,28 +227,31 @@ void DocumentEncoder::PutName(OctetBuffer& out, const Name& name, NameTable& tab
   const bool canBeKnown = parts.localName != 0 && hasNamespace == (parts.namespaceName != 0) &&
                           hasPrefix == (parts.prefix != 0);
   bool isNewName = false;
-  const unsigned long index = canBeKnown ? table.Add(parts, isNewName) : 0;
-  if (index != 0 && !isNewName) {
-    if constexpr (place == NamePlace::Element) return out.PutIndex<3>(0, index);
-    return out.PutIndexOnBit2(0, index);
+  const unsigned long index = canBeKnown ? names.table.Add(parts, isNewName) : 0;
+  if (index != 0) {
+    // What is not clean may be the same octets as another name in UTF-8.
+    const bool isPlain = localName.data() == name.localName.data();
+    names.predictor.Learn(name, isPlain ? localNames[parts.localName] : "", index);
+    if (!isNewName) return index;
   }
-  out.Put((place == NamePlace::Element ? kLiteralElementName : kLiteralAttributeName) |
-          (hasPrefix ? kHasPrefix : 0) | (hasNamespace ? kHasNamespace : 0));
+  out.Put(names.literal | (hasPrefix ? kHasPrefix : 0) | (hasNamespace ? kHasNamespace : 0));
   const auto putPart = [&](unsigned int partIndex, bool isNew, std::string_view text) {
     if (partIndex != 0 && !isNew) return out.PutIdentifier(partIndex);
     CheckLength(text);
     out.PutIdentifier(text);
   };
-  if (hasPrefix) putPart(parts.prefix, false, CleanText(name.prefix->text, m_part));
+  if (hasPrefix) putPart(parts.prefix, false, Clean(name.prefix->text, m_clean));
   if (hasNamespace) {
-    putPart(parts.namespaceName, false, CleanText(name.prefix->bound->text, m_part));
+    putPart(parts.namespaceName, false, Clean(name.prefix->bound->text, m_clean));
   }
   putPart(parts.localName, isNewPart, localName);
+  return 0;
 }
 
-void DocumentEncoder::StartElement(const Name& name) {
+void DocumentEncoder::StartElement(const DocumentName& name) {
   m_name.Clear();
-  PutName<NamePlace::Element>(m_name, name, m_context.GetVocabulary().GetElementNamesTable());
+  m_nameIndex = PutUnlessKnown(m_name, name, m_elementNames);
+  m_isStartOpen = true;
 }
 
 void DocumentEncoder::AddDeclaration(NamespacePrefix& prefix, NamespaceName* name) {
@@ -237,30 +260,34 @@ void DocumentEncoder::AddDeclaration(NamespacePrefix& prefix, NamespaceName* nam
   m_declarations.Put(kDeclaration | (hasPrefix ? kHasPrefix : 0) |
                      (name != nullptr ? kHasNamespace : 0));
   if (hasPrefix) {
-    PutIdentifier(m_declarations, Clean(prefix.text), vocabulary.GetPrefixNamesTable(),
+    PutIdentifier(m_declarations, Clean(prefix.text, m_clean), vocabulary.GetPrefixNamesTable(),
                   prefix.index);
   }
   if (name != nullptr) {
-    PutIdentifier(m_declarations, Clean(name->text), vocabulary.GetNamespaceNamesTable(),
+    PutIdentifier(m_declarations, Clean(name->text, m_clean), vocabulary.GetNamespaceNamesTable(),
                   name->index);
   }
 }
 
 void DocumentEncoder::EndStart() {
+  if (!m_isStartOpen) return;
+  m_isStartOpen = false;
   OctetBuffer& out = StartItem();
   const bool hasAttributes = !m_attributes.IsEmpty();
-  const unsigned int first = hasAttributes ? kWithAttributes : 0;
-  std::string_view name = m_name.View();
-  if (m_declarations.IsEmpty()) {
-    out.Put(static_cast<unsigned char>(name[0]) | first);
-    name.remove_prefix(1);
-  } else {
+  unsigned int first = hasAttributes ? kWithAttributes : 0;
+  if (!m_declarations.IsEmpty()) {
     out.Put(kDeclarationsFollow | first);
     out.Put(m_declarations.View());
     out.Put(kTerminator);
     m_declarations.Clear();
+    first = 0;
   }
-  out.Put(name);
+  if (m_nameIndex != 0) {
+    out.PutIndex<3>(first, m_nameIndex);
+  } else {
+    out.Put(static_cast<unsigned char>(m_name.View().front()) | first);
+    out.Put(m_name.View().substr(1));
+  }
   if (!hasAttributes) return;
   out.Put(m_attributes.View());
   m_attributes.Clear();
@@ -268,46 +295,49 @@ void DocumentEncoder::EndStart() {
 }
 
 void DocumentEncoder::EndElement() {
+  EndStart();
   PutTerminator();
-  FlushWhenFull();
+  TakeOutputWhenFull();
 }
 
-void DocumentEncoder::AddAttribute(const Name& name, std::string_view value, ItemType type) {
+void DocumentEncoder::AddAttribute(const DocumentName& name, std::string_view value,
+                                   ItemType type) {
   OctetBuffer& out = m_attributes;
-  CFIVocabulary& vocabulary = m_context.GetVocabulary();
-  PutName<NamePlace::Attribute>(out, name, vocabulary.GetAttributeNamesTable());
-  const std::string_view text = Clean(value);
+  StringTable& table = m_attributeValues.table;
+  const std::string_view text = Clean(value, m_value);
+  const bool isIndexed = text.size() <= m_attributeValues.maxLength;
+  const std::uint32_t announced = isIndexed ? table.Announce(text) : 0;
+  const unsigned long nameIndex = PutUnlessKnown(out, name, m_attributeNames);
+  if (nameIndex != 0) out.PutIndexOnBit2(0, nameIndex);
   if (text.empty()) return out.Put(kEmptyString);
   if (EncodeValue(text, type)) return PutEncoded<5>(out, kByAlgorithm);
   CheckLength(text);
-  if (!m_context.GetIndexAttributeValues() ||
-      text.size() > m_context.GetMaxAttributeValueLength()) {
-    return out.PutString<5>(0, text);
-  }
   bool isNew = false;
-  const unsigned long index = vocabulary.GetAttributeValuesTable().Add(text, isNew);
+  const unsigned long index =
+      isIndexed ? table.Add(text, announced, m_context.GetMaxIndexedValues(), isNew) : 0;
   if (index != 0 && !isNew) return out.PutIndexOnBit2(kIndex, index);
   out.PutString<5>(isNew ? kAddToTable : 0, text);
 }
 
 void DocumentEncoder::AddText(std::string_view value, ItemType type) {
-  const std::string_view text = Clean(value);
+  StringTable& table = m_chunks.table;
+  const std::string_view text = Clean(value, m_value);
   if (text.empty()) return;
+  const bool isIndexed = text.size() <= m_chunks.maxLength;
+  const std::uint32_t announced = isIndexed ? table.Announce(text) : 0;
   OctetBuffer& out = StartItem();
   if (EncodeValue(text, type)) return PutEncoded<7>(out, kChunk | kChunkByAlgorithm);
   CheckLength(text);
-  if (!m_context.GetIndexElementValues() || text.size() > m_context.GetMaxElementValueLength()) {
-    return out.PutString<7>(kChunk, text);
-  }
   bool isNew = false;
-  const unsigned long index = m_context.GetVocabulary().GetCharacterChunksTable().Add(text, isNew);
+  const unsigned long index =
+      isIndexed ? table.Add(text, announced, m_context.GetMaxIndexedValues(), isNew) : 0;
   if (index != 0 && !isNew) return out.PutIndex<4>(kChunk | kChunkIndex, index);
   out.PutString<7>(isNew ? kChunk | kAddChunkToTable : kChunk, text);
 }
 
 void DocumentEncoder::AddCData(std::string_view text) {
   if (!m_context.GetCDataSections()) return AddText(text, ItemType::string);
-  m_octets = Clean(text);
+  m_octets = Clean(text, m_clean);
   if (m_octets.empty()) return;
   m_algorithm = static_cast<unsigned int>(EncodingAlgorithm::Cdata);
   PutEncoded<7>(StartItem(), kChunk | kChunkByAlgorithm);
@@ -347,15 +377,15 @@ void DocumentEncoder::PutUnindexed(OctetBuffer& out, std::string_view text) {
 void DocumentEncoder::AddComment(std::string_view text) {
   OctetBuffer& out = StartItem();
   out.Put(kComment);
-  PutUnindexed(out, Clean(text));
+  PutUnindexed(out, Clean(text, m_clean));
 }
 
 void DocumentEncoder::AddInstruction(std::string_view target, std::string_view content) {
   OctetBuffer& out = StartItem();
   out.Put(kInstruction);
   unsigned int index = 0;
-  PutIdentifier(out, Clean(target), m_targets, index);
-  PutUnindexed(out, Clean(content));
+  PutIdentifier(out, Clean(target, m_clean), m_targets, index);
+  PutUnindexed(out, Clean(content, m_clean));
 }
 
 }  // namespace ZuXmlLib16::detail

@@ -3,11 +3,13 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "ZuXmlLib16/FIVocabulary.h"
 #include "ZuXmlLib16/FastInfosetContext.h"
 #include "ZuXmlLib16/ItemType.h"
 #include "fastinfoset/DeclaredPrefixes.h"
+#include "fastinfoset/NamePredictor.h"
 #include "fastinfoset/OctetBuffer.h"
 
 namespace ZuXmlLib16 {
@@ -30,19 +32,13 @@ class DocumentEncoder {
   /// Hands the last octets to the stream.
   void EndDocument();
 
-  // An element starts with its name; declarations and attributes follow in any order, since they
-  // fill different tables; then come EndStart, content and EndElement.
+  // The start of an element holds its name, declarations and attributes, which may come in any
+  // order, since they fill different tables. It ends with EndStart or the first content.
 
-  /// A name of an element or attribute. prefix is null without a namespace, the empty one when the
-  /// namespace is the default one. The namespace is the one to which the prefix is bound.
-  struct Name {
-    std::string_view localName;
-    const NamespacePrefix* prefix;
-  };
-  void StartElement(const Name& name);
+  void StartElement(const DocumentName& name);
   /// @param name  null for the empty namespace.
   void AddDeclaration(NamespacePrefix& prefix, NamespaceName* name);
-  void AddAttribute(const Name& name, std::string_view value, ItemType type);
+  void AddAttribute(const DocumentName& name, std::string_view value, ItemType type);
   void EndStart();
   void EndElement();
 
@@ -55,33 +51,50 @@ class DocumentEncoder {
  private:
   using StringTable = CFIVocabulary::CFIStringTable;
   using NameTable = CFIVocabulary::CFIQNameTable;
-  enum class NamePlace { Element, Attribute };
+  /// One of the two tables of names.
+  struct Names {
+    NameTable& table;
+    NamePredictor predictor;
+    unsigned int literal;  // the first octet of a name that is not written by index
+  };
+
+  /// The table of attribute values or of texts.
+  struct Values {
+    StringTable& table;
+    std::size_t maxLength;  // of what is put into it
+  };
 
   OctetBuffer& StartItem();
   void PutTerminator();
-  void FlushWhenFull();
-  void Flush();
-  template <NamePlace place>
-  void PutName(OctetBuffer& out, const Name& name, NameTable& table);
+  void TakeOutputWhenFull();
+  unsigned long PutUnlessKnown(OctetBuffer& out, const DocumentName& name, Names& names);
   static void PutIdentifier(OctetBuffer& out, std::string_view text, StringTable& table,
                             unsigned int& index);
   void PutUnindexed(OctetBuffer& out, std::string_view text);
   template <int lengthBit>
   void PutEncoded(OctetBuffer& out, unsigned int before);
   bool EncodeValue(std::string_view text, ItemType type);
-  std::string_view Clean(std::string_view text);
 
   CBinaryStream& m_stream;
   CFastInfosetContext m_context;  // its vocabulary is the one of this document
   StringTable m_targets;          // of processing instructions
+  Names m_elementNames;
+  Names m_attributeNames;
+  Values m_attributeValues;
+  Values m_chunks;
+  std::vector<OctetBuffer> m_full;  // in front of m_out
   OctetBuffer m_out;
   bool m_endsInTerminator = false;  // one that is not in m_out yet: it may share its octet
   // The start of the element that is open.
+  bool m_isStartOpen = false;
+  unsigned long m_nameIndex = 0;  // 0: the name is in m_name
   OctetBuffer m_name;
   OctetBuffer m_declarations;
   OctetBuffer m_attributes;
+  // What had to be cleaned.
+  std::string m_localName;
+  std::string m_value;
   std::string m_clean;
-  std::string m_part;    // of a name
   std::string m_octets;  // of an encoded value
   unsigned int m_algorithm = 0;
 };

@@ -2,15 +2,24 @@
 
 #include <algorithm>
 #include <cstring>
+#include <new>
 #include <random>
 #include <utility>
 
 #include "ZuXmlLib16/XmlWriter.h"
+#include "xml/ChunkPool.h"
 
 namespace ZuXmlLib16 {
 namespace {
 
 using CQNameParts = CFIVocabulary::CQNameParts;
+
+constexpr std::size_t kLeastPooled = 4096;
+
+/// Powers of two, so that blocks fit each other's place.
+std::size_t PooledSize(std::size_t sizeInBytes) {
+  return std::size_t{1} << (64 - __builtin_clzll(sizeInBytes - 1));
+}
 
 /// Two random numbers that nobody outside of the process knows.
 struct HashKey {
@@ -40,19 +49,11 @@ std::uint64_t Load(const char* text) {
   return word;
 }
 
-std::uint32_t Fold(std::uint64_t hash) {
+inline std::uint32_t Fold(std::uint64_t hash) {
   return static_cast<std::uint32_t>(hash ^ hash >> 32);
 }
 
-/// The parts in one number: an index has 21 bits.
-std::uint64_t Packed(CQNameParts name) {
-  return std::uint64_t{name.prefix} << 42 | std::uint64_t{name.namespaceName} << 21 |
-         name.localName;
-}
-
-}  // namespace
-
-std::uint32_t detail::FIHashIndex::Hash(std::string_view text) {
+inline std::uint32_t HashOf(std::string_view text) {
   const HashKey& key = Key();
   const char* const start = text.data();
   const std::size_t size = text.size();
@@ -77,29 +78,71 @@ std::uint32_t detail::FIHashIndex::Hash(std::string_view text) {
   return Fold(hash);
 }
 
-std::uint32_t detail::FIHashIndex::Hash(std::uint64_t number) {
+inline std::uint32_t HashOf(std::uint64_t number) {
   return Fold(Mix(number ^ Key().first, Key().second | 1));
+}
+
+/// Most strings are short: two pieces that overlap, without a call.
+inline bool IsEqual(std::string_view a, std::string_view b) {
+  const std::size_t size = a.size();
+  if (size != b.size()) return false;
+  if (size > 16) return std::memcmp(a.data(), b.data(), size) == 0;
+  const auto differ = [&](auto word, std::size_t at) {
+    using Word = decltype(word);
+    return Load<Word>(a.data() + at) ^ Load<Word>(b.data() + at);
+  };
+  if (size >= 8) return (differ(std::uint64_t{}, 0) | differ(std::uint64_t{}, size - 8)) == 0;
+  if (size >= 4) return (differ(std::uint32_t{}, 0) | differ(std::uint32_t{}, size - 4)) == 0;
+  for (std::size_t i = 0; i < size; ++i) {
+    if (a[i] != b[i]) return false;
+  }
+  return true;
+}
+
+/// The parts in one number: an index has 21 bits.
+std::uint64_t Packed(CQNameParts name) {
+  return std::uint64_t{name.prefix} << 42 | std::uint64_t{name.namespaceName} << 21 |
+         name.localName;
+}
+
+}  // namespace
+
+void* detail::AllocatePooled(std::size_t sizeInBytes) {
+  if (sizeInBytes < kLeastPooled) return operator new(sizeInBytes);
+  return TakeChunk(PooledSize(sizeInBytes)).memory;
+}
+
+void detail::FreePooled(void* memory, std::size_t sizeInBytes) noexcept {
+  if (sizeInBytes < kLeastPooled) {
+    operator delete(memory);
+  } else {
+    GiveChunk({static_cast<char*>(memory), PooledSize(sizeInBytes)});
+  }
 }
 
 void detail::FIHashIndex::Reserve() {
   constexpr std::size_t kFirstSize = 16;
-  if ((m_count + 1) * 4 <= m_slots.size() * 3) return;
-  FIHashIndex larger;
-  larger.m_slots.resize(std::max(kFirstSize, m_slots.size() * 2), {0, 0});
-  larger.m_mask = larger.m_slots.size() - 1;
-  for (const Slot& slot : m_slots) {
-    if (slot.number != 0) larger.Insert(slot.hash, slot.number);
+  m_entries.reserve(m_entries.capacity() > m_entries.size() ? 0 : 2 * m_entries.size() + 1);
+  if ((m_entries.size() + 1) * 4 <= m_slots.size() * 3) return;
+  const std::size_t size = std::max(kFirstSize, m_slots.size() * 2);
+  m_slots = PooledVector<std::uint32_t>(size);
+  m_mask = size - 1;
+  for (const Entry entry : m_entries) {
+    Place(entry);
   }
-  *this = std::move(larger);
 }
 
 void detail::FIHashIndex::Insert(std::uint32_t hash, std::uint32_t number) noexcept {
-  std::size_t at = hash & m_mask;
-  while (m_slots[at].number != 0) {
+  m_entries.push_back({hash, number});
+  Place(m_entries.back());
+}
+
+void detail::FIHashIndex::Place(Entry entry) noexcept {
+  std::size_t at = entry.hash & m_mask;
+  while (m_slots[at] != 0) {
     at = (at + 1) & m_mask;
   }
-  m_slots[at] = {hash, number};
-  ++m_count;
+  m_slots[at] = (entry.hash & ~kNumberMask) | entry.number;
 }
 
 CFIVocabulary::CFIStringTable::CFIStringTable(const CFIStringTable& other)
@@ -109,9 +152,7 @@ CFIVocabulary::CFIStringTable::CFIStringTable(const CFIStringTable& other)
     size += entry.size();
   }
   m_entries.reserve(other.m_entries.size());
-  m_blocks.emplace_back(new char[size]);
-  m_next = m_blocks.back().get();
-  m_left = size;
+  if (size > 0) AddBlock(size);
   for (const std::string_view entry : other) {
     Keep(entry);
   }
@@ -132,19 +173,25 @@ void CFIVocabulary::CFIStringTable::Swap(CFIStringTable& other) noexcept {
 }
 
 unsigned long CFIVocabulary::CFIStringTable::Find(std::string_view value) const {
-  return m_index.Find(detail::FIHashIndex::Hash(value),
-                      [&](std::uint32_t number) { return (*this)[number] == value; });
+  return m_index.Find(HashOf(value),
+                      [&](std::uint32_t number) { return IsEqual((*this)[number], value); });
 }
 
-unsigned long CFIVocabulary::CFIStringTable::Add(std::string_view value, bool& isNew) {
-  const std::uint32_t hash = detail::FIHashIndex::Hash(value);
+std::uint32_t CFIVocabulary::CFIStringTable::Announce(std::string_view value) const {
+  const std::uint32_t hash = HashOf(value);
+  m_index.Prefetch(hash);
+  return hash;
+}
+
+unsigned long CFIVocabulary::CFIStringTable::Add(std::string_view value, std::uint32_t announced,
+                                                 unsigned long limit, bool& isNew) {
   isNew = false;
-  const std::uint32_t found =
-      m_index.Find(hash, [&](std::uint32_t number) { return (*this)[number] == value; });
-  if (found != 0 || IsFull()) return found;
+  const std::uint32_t found = m_index.Find(
+      announced, [&](std::uint32_t number) { return IsEqual((*this)[number], value); });
+  if (found != 0 || GetSize() >= std::min(limit, kMaxEntries)) return found;
   m_index.Reserve();
   const unsigned long index = Append(value);
-  m_index.Insert(hash, static_cast<std::uint32_t>(index));
+  m_index.Insert(announced, static_cast<std::uint32_t>(index));
   isNew = true;
   return index;
 }
@@ -155,33 +202,34 @@ unsigned long CFIVocabulary::CFIStringTable::Append(std::string_view value) {
   return GetSize();
 }
 
+void CFIVocabulary::CFIStringTable::AddBlock(std::size_t sizeInBytes) {
+  m_blocks.push_back(detail::NewPooledBlock(sizeInBytes));
+  m_next = m_blocks.back().get();
+  m_left = sizeInBytes;
+}
+
 void CFIVocabulary::CFIStringTable::Keep(std::string_view value) {
   constexpr std::size_t kFirstBlock = 256;
-  constexpr std::size_t kLargestBlock = 65536;
+  constexpr std::size_t kDoublings = 10;
   if (value.size() > m_left) {
-    const std::size_t usual = kFirstBlock << std::min<std::size_t>(m_blocks.size(), 8);
-    static_assert(kFirstBlock << 8 == kLargestBlock);
-    const std::size_t size = std::max(usual, value.size());
-    m_blocks.emplace_back(new char[size]);
-    m_next = m_blocks.back().get();
-    m_left = size;
+    AddBlock(std::max(kFirstBlock << std::min(m_blocks.size(), kDoublings), value.size()));
   }
+  m_entries.emplace_back(m_next, value.size());
   // An empty string may come before there is any block.
   if (!value.empty()) std::memcpy(m_next, value.data(), value.size());
-  m_entries.emplace_back(m_next, value.size());
   m_next += value.size();
   m_left -= value.size();
 }
 
 unsigned long CFIVocabulary::CFIQNameTable::Find(CQNameParts name) const {
   const std::uint64_t key = Packed(name);
-  return m_index.Find(detail::FIHashIndex::Hash(key),
+  return m_index.Find(HashOf(key),
                       [&](std::uint32_t number) { return Packed((*this)[number]) == key; });
 }
 
 unsigned long CFIVocabulary::CFIQNameTable::Add(CQNameParts name, bool& isNew) {
   const std::uint64_t key = Packed(name);
-  const std::uint32_t hash = detail::FIHashIndex::Hash(key);
+  const std::uint32_t hash = HashOf(key);
   isNew = false;
   const std::uint32_t found =
       m_index.Find(hash, [&](std::uint32_t number) { return Packed((*this)[number]) == key; });

@@ -53,6 +53,7 @@ void CFastInfosetWriter::Close() {
 
 void CFastInfosetWriter::SetDefaultNamespace(CTextRef namespaceUri) {
   CXmlWriter::SetDefaultNamespace(namespaceUri);
+  m_lastPrefix = nullptr;
   const CXmlWriterContext* const element = Current();
   if (element != nullptr && element->m_isStartTagOpen && !namespaceUri.empty()) {
     Bind("", namespaceUri);
@@ -61,6 +62,7 @@ void CFastInfosetWriter::SetDefaultNamespace(CTextRef namespaceUri) {
 
 void CFastInfosetWriter::AddNamespace(CTextRef prefix, CTextRef namespaceUri) {
   CXmlWriter::AddNamespace(prefix, namespaceUri);
+  m_lastPrefix = nullptr;
   const CXmlWriterContext* const element = Current();
   if (element == nullptr || !element->m_isStartTagOpen) return;
   // What cannot be declared was ignored.
@@ -70,8 +72,8 @@ void CFastInfosetWriter::AddNamespace(CTextRef prefix, CTextRef namespaceUri) {
 
 /// Binds a prefix for the names of the current element, whose start is open.
 /// @return null when the element uses the prefix for another namespace.
-const detail::NamespacePrefix* CFastInfosetWriter::Bind(std::string_view prefix,
-                                                        std::string_view namespaceUri) {
+detail::NamespacePrefix* CFastInfosetWriter::Bind(std::string_view prefix,
+                                                  std::string_view namespaceUri) {
   using Outcome = detail::DeclaredPrefixes::Outcome;
   detail::DeclaredPrefixes& prefixes = m_output->prefixes;
   detail::NamespacePrefix& found = prefixes.Find(prefix);
@@ -86,20 +88,22 @@ const detail::NamespacePrefix* CFastInfosetWriter::Bind(std::string_view prefix,
   detail::NamespaceName* const name =
       namespaceUri.empty() ? nullptr : &prefixes.FindNamespace(namespaceUri);
   prefixes.Declare(found, name, Current()->GetDepth());
+  m_lastPrefix = nullptr;
   m_output->encoder.AddDeclaration(found, name);
   return &found;
 }
 
 /// Binds the prefix in scope, or one that is free.
-const detail::NamespacePrefix& CFastInfosetWriter::BindAny(CXmlWriterContext& element,
-                                                           std::string_view namespaceUri) {
+detail::NamespacePrefix& CFastInfosetWriter::BindAny(CXmlWriterContext& element,
+                                                     std::string_view namespaceUri) {
   const std::string* const known = element.FindPrefix(namespaceUri);
+  if (known == nullptr) m_lastPrefix = nullptr;
   const std::string& prefix = known != nullptr ? *known : element.AllocatePrefix(namespaceUri);
-  if (const auto* const bound = Bind(prefix, namespaceUri)) return *bound;
+  if (auto* const bound = Bind(prefix, namespaceUri)) return *bound;
   // The prefix was declared anew when the element had used it.
   for (;;) {
     const std::string spare = NsIntToString(m_nextSparePrefix++);
-    if (const auto* const bound = Bind(spare, namespaceUri)) {
+    if (auto* const bound = Bind(spare, namespaceUri)) {
       element.SetNamespaceMapValue(namespaceUri, spare);
       return *bound;
     }
@@ -110,6 +114,7 @@ const detail::NamespacePrefix& CFastInfosetWriter::BindAny(CXmlWriterContext& el
 CXmlWriter::CXmlWriterContext& CFastInfosetWriter::OpenElement(CTextRef localName,
                                                                CTextRef namespaceUri) {
   EndStart();
+  m_output->encoder.EndStart();
   if (CXmlWriterContext* const parent = Current()) {
     ++parent->m_childCount;
   } else if (WasElementOpened()) {
@@ -120,22 +125,30 @@ CXmlWriter::CXmlWriterContext& CFastInfosetWriter::OpenElement(CTextRef localNam
 }
 
 void CFastInfosetWriter::StartElement(CXmlWriterContext& element) {
-  const std::string& namespaceUri = element.m_namespaceUri;
-  const detail::NamespacePrefix* prefix = nullptr;
-  if (namespaceUri.empty()) {
-    Bind("", "");
+  const bool isLikeTheLast = m_lastPrefix != nullptr && m_lastScope == element.m_scope &&
+                             m_lastPrefix->Namespace() == element.m_namespaceUri;
+  if (isLikeTheLast) {
+    m_output->prefixes.Use(*m_lastPrefix);
   } else {
-    if (namespaceUri == element.GetDefaultNamespace()) prefix = Bind("", namespaceUri);
-    if (prefix == nullptr) prefix = &BindAny(element, namespaceUri);
+    m_lastPrefix = &BindForElement(element);
+    m_lastScope = element.m_scope;
   }
-  m_output->encoder.StartElement({element.m_name, prefix});
+  const bool hasNamespace = !element.m_namespaceUri.empty();
+  m_output->encoder.StartElement({element.m_name, hasNamespace ? m_lastPrefix : nullptr});
 }
 
+detail::NamespacePrefix& CFastInfosetWriter::BindForElement(CXmlWriterContext& element) {
+  const std::string& namespaceUri = element.m_namespaceUri;
+  const bool isUnprefixed = namespaceUri.empty() || namespaceUri == element.GetDefaultNamespace();
+  if (isUnprefixed) {
+    if (auto* const bound = Bind("", namespaceUri)) return *bound;
+  }
+  return BindAny(element, namespaceUri);
+}
+
+/// What follows is content.
 void CFastInfosetWriter::EndStart() {
-  CXmlWriterContext* const element = Current();
-  if (element == nullptr || !element->m_isStartTagOpen) return;
-  element->m_isStartTagOpen = false;
-  m_output->encoder.EndStart();
+  if (CXmlWriterContext* const element = Current()) element->m_isStartTagOpen = false;
 }
 
 void CFastInfosetWriter::WriteStartElement(CTextRef localName, CTextRef namespaceUri) {
@@ -154,9 +167,8 @@ void CFastInfosetWriter::WriteStartElement(CTextRef localName, CTextRef namespac
 void CFastInfosetWriter::WriteEndElement() {
   const CXmlWriterContext* const element = Current();
   if (element == nullptr) return;
-  EndStart();
   m_output->encoder.EndElement();
-  m_output->prefixes.Leave(element->m_depth);
+  if (m_output->prefixes.Leave(element->m_depth)) m_lastPrefix = nullptr;
   PopContext();
 }
 
@@ -164,12 +176,11 @@ void CFastInfosetWriter::WriteString(CTextRef text, ItemType type, bool isDefaul
   if (Current() == nullptr || text.empty() || text.front() == '\0') return;
   if (isDefault && !m_writeDefaultElementValues) return;
   EndStart();
-  const std::string_view whole = text.substr(0, text.find('\0'));
-  if (StartsWith(whole, kCDataStart) && EndsWith(whole, kCDataEnd)) {
-    WriteCDataSections(whole);
-  } else {
-    m_output->encoder.AddText(whole, type);
+  if (StartsWith(text, kCDataStart)) {
+    const std::string_view whole = text.substr(0, text.find('\0'));
+    if (EndsWith(whole, kCDataEnd)) return WriteCDataSections(whole);
   }
+  m_output->encoder.AddText(text, type);
 }
 
 /// @param text  begins and ends as a section does; may hold several, with text between them.

@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
-#include <memory>
 #include <string_view>
+#include <utility>
+
+#include "ZuXmlLib16/FIVocabulary.h"
 
 namespace ZuXmlLib16::detail {
 
@@ -22,6 +24,14 @@ class OctetBuffer {
   std::string_view View() const { return {m_octets.get(), m_size}; }
   /// Keeps the memory.
   void Clear() { m_size = 0; }
+  /// The octets; this buffer is empty afterwards, and without memory.
+  OctetBuffer Take() {
+    OctetBuffer taken;
+    std::swap(taken.m_octets, m_octets);
+    std::swap(taken.m_size, m_size);
+    std::swap(taken.m_capacity, m_capacity);
+    return taken;
+  }
 
   void Put(unsigned int octet) {
     Reserve(1);
@@ -104,7 +114,7 @@ class OctetBuffer {
   void Grow(std::size_t size) {
     constexpr std::size_t kFirst = 256;
     const std::size_t capacity = std::max({kFirst, 2 * m_capacity, m_size + size});
-    std::unique_ptr<char[]> octets(new char[capacity]);
+    PooledBlock octets = NewPooledBlock(capacity);
     if (m_size > 0) std::memcpy(octets.get(), m_octets.get(), m_size);
     m_octets = std::move(octets);
     m_capacity = capacity;
@@ -141,7 +151,7 @@ class OctetBuffer {
     }
   }
 
-  std::unique_ptr<char[]> m_octets;
+  PooledBlock m_octets;
   std::size_t m_size = 0;
   std::size_t m_capacity = 0;
 };

@@ -18,17 +18,18 @@ const char kHelp[] =
     "       zuxml tree IN\n"
     "       zuxml --help | --version\n"
     "\n"
-    "convert reads an XML document, plain or compressed, and writes it to OUT.\n"
+    "convert reads a document, XML or Fast Infoset, plain or compressed, and writes it to OUT.\n"
     "tree prints a line for every element: its XPath, namespace and attributes.\n"
     "IN and OUT may be '-' for standard input and output.\n"
     "\n"
-    "  --to xml                       form of the output; otherwise told by the ending of OUT\n"
-    "  --compact                      no line breaks and no indentation\n"
-    "  --indent N|tab                 indent by N blanks (0 to 16) or by a tab (the default)\n"
-    "  --eol lf|crlf                  line ends (lf)\n"
-    "  --encoding utf-8|utf-16|wide   encoding of the output (utf-8)\n"
+    "  --to xml|finf                  form of the output; otherwise told by the ending of OUT,\n"
+    "                                 .xml or .finf; those marked * are for XML only\n"
+    "  --compact *                    no line breaks and no indentation\n"
+    "  --indent N|tab *               indent by N blanks (0 to 16) or by a tab (the default)\n"
+    "  --eol lf|crlf *                line ends (lf)\n"
+    "  --encoding utf-8|utf-16|wide * encoding of the output (utf-8)\n"
     "  --compress none|gzip|zlib      compress the output; an OUT that ends in .gz means gzip\n"
-    "  --no-header                    leave out the XML declaration\n"
+    "  --no-header *                  leave out the XML declaration\n"
     "  --help, --version\n";
 
 namespace {
@@ -68,7 +69,8 @@ struct Choice {
   Value value;
 };
 
-constexpr Choice<Format> kFormats[] = {{"xml", Format::Xml}};
+constexpr Choice<Format> kFormats[] = {{"xml", Format::Xml}, {"finf", Format::FastInfoset}};
+constexpr Choice<Format> kEndings[] = {{".xml", Format::Xml}, {".finf", Format::FastInfoset}};
 constexpr Choice<EOLType> kLineEnds[] = {{"lf", EOLType::Lf}, {"crlf", EOLType::CrLf}};
 constexpr Choice<XmlEncoding> kEncodings[] = {
     {"utf-8", XmlEncoding::Utf8}, {"utf-16", XmlEncoding::Utf16}, {"wide", XmlEncoding::Wide}};
@@ -108,12 +110,17 @@ bool TakeEnding(std::string_view& path, std::string_view ending) {
   return true;
 }
 
-/// What was not said by options is told by the ending of OUT: ".xml", ".xml.gz".
+/// What was not said by options is told by the ending of OUT: ".xml", ".finf.gz".
 void CompleteFromOutputName(Command& command, bool formatGiven, bool compressionGiven) {
   if (command.output == "-") return;
   std::string_view path = command.output;
   if (TakeEnding(path, ".gz") && !compressionGiven) command.compression = CompressionType::Gzip;
-  if (formatGiven || TakeEnding(path, ".xml")) return;
+  if (formatGiven) return;
+  for (const Choice<Format>& ending : kEndings) {
+    if (!TakeEnding(path, ending.text)) continue;
+    command.format = ending.value;
+    return;
+  }
   throw UsageFailure("the ending of '" + command.output +
                      "' tells no known form; say it with --to");
 }

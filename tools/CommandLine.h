@@ -8,7 +8,7 @@
 namespace ZuXmlTool {
 
 enum class Action { Help, Version, Convert, Tree };
-enum class Format { Xml };
+enum class Format { Xml, FastInfoset };
 
 /// What the user asked for. The defaults are those of `convert` without options.
 struct Command {

@@ -26,6 +26,7 @@ using ZuXmlLib16::CXmlAttribute;
 using ZuXmlLib16::CXmlDocument;
 using ZuXmlLib16::CXmlElement;
 using ZuXmlLib16::CZuZip;
+using ZuXmlLib16::FInfoDecl;
 using ZuXmlLib16::XmlEncoding;
 
 namespace {
@@ -118,11 +119,19 @@ CBinaryData WithByteOrderMark(const CBinaryData& document) {
   return marked;
 }
 
+CBinaryData WrittenAsXml(const CElement& root, const Command& command,
+                         const CSerializationContext& context) {
+  const CBinaryData document = root.ToXmlStream(command.header, !command.compact, command.encoding,
+                                                command.eol, context, CompressionType::None);
+  return command.encoding != XmlEncoding::Utf8 ? WithByteOrderMark(document) : document;
+}
+
 CBinaryData Written(const CElement& root, const Command& command,
                     const CSerializationContext& context) {
-  CBinaryData document = root.ToXmlStream(command.header, !command.compact, command.encoding,
-                                          command.eol, context, CompressionType::None);
-  if (command.encoding != XmlEncoding::Utf8) document = WithByteOrderMark(document);
+  CBinaryData document =
+      command.format == Format::Xml
+          ? WrittenAsXml(root, command, context)
+          : root.ToFastInfosetStream(FInfoDecl::None, context, CompressionType::None);
   constexpr bool kMayGrow = true;  // small documents do
   if (command.compression != CompressionType::None) {
     CZuZip::CompressData(document, command.compression, kMayGrow);

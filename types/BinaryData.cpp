@@ -262,6 +262,10 @@ void CBinaryData::Append(const std::string& text) {
 }
 
 void CBinaryData::Append(const CBinaryData& other) {
+  if (m_holder == nullptr) {
+    *this = other;  // shares its bytes
+    return;
+  }
   Append(other.GetData(), other.GetLength());
 }
 

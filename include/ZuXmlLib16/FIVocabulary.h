@@ -14,37 +14,79 @@ namespace ZuXmlLib16 {
 
 namespace detail {
 
+/// Memory for what one document after the other needs: larger blocks are kept for the next one.
+ZUXMLLIB16_API void* AllocatePooled(std::size_t sizeInBytes);
+/// @param sizeInBytes  the size that was asked for.
+ZUXMLLIB16_API void FreePooled(void* memory, std::size_t sizeInBytes) noexcept;
+
+template <class T>
+struct PoolAllocator {
+  using value_type = T;
+
+  PoolAllocator() = default;
+  template <class U>
+  explicit PoolAllocator(const PoolAllocator<U>&) {}
+
+  T* allocate(std::size_t count) {
+    return static_cast<T*>(AllocatePooled(count * sizeof(T)));  // vectors check the product
+  }
+  void deallocate(T* items, std::size_t count) { FreePooled(items, count * sizeof(T)); }
+  bool operator==(const PoolAllocator&) const { return true; }
+  bool operator!=(const PoolAllocator&) const { return false; }
+};
+
+template <class T>
+using PooledVector = std::vector<T, PoolAllocator<T>>;
+
+struct PoolDeleter {
+  std::size_t sizeInBytes = 0;
+  void operator()(char* memory) const noexcept { FreePooled(memory, sizeInBytes); }
+};
+using PooledBlock = std::unique_ptr<char[], PoolDeleter>;
+
+inline PooledBlock NewPooledBlock(std::size_t sizeInBytes) {
+  return {static_cast<char*>(AllocatePooled(sizeInBytes)), PoolDeleter{sizeInBytes}};
+}
+
 /// A hash table of the numbers of entries that are kept elsewhere. Nobody can choose entries that
 /// collide: hashes depend on a key that is drawn at random once a process.
 class FIHashIndex {
  public:
-  static std::uint32_t Hash(std::string_view text);
-  static std::uint32_t Hash(std::uint64_t number);
-
   /// @param isEntry  whether the entry of a number is the one that is sought.
   /// @return the entry's number, 0 for none.
   template <class Predicate>
   std::uint32_t Find(std::uint32_t hash, Predicate isEntry) const {
     if (m_slots.empty()) return 0;
     for (std::size_t at = hash & m_mask;; at = (at + 1) & m_mask) {
-      const Slot& slot = m_slots[at];
-      if (slot.number == 0 || (slot.hash == hash && isEntry(slot.number))) return slot.number;
+      const std::uint32_t slot = m_slots[at];
+      if (slot == 0) return 0;
+      const std::uint32_t number = slot & kNumberMask;
+      if ((slot ^ hash) <= kNumberMask && isEntry(number)) return number;
     }
+  }
+  /// Fetches the place of an entry, to be at hand when Find comes a little later.
+  void Prefetch(std::uint32_t hash) const {
+    if (!m_slots.empty()) __builtin_prefetch(&m_slots[hash & m_mask]);
   }
   /// Makes room for one entry more.
   void Reserve();
-  /// @param number  above 0, of an entry that is not in here; there must be room.
+  /// @param number  above 0, less than 2^21, of an entry that is not in here; there must be room.
   void Insert(std::uint32_t hash, std::uint32_t number) noexcept;
 
  private:
-  struct Slot {
+  struct Entry {
     std::uint32_t hash;
-    std::uint32_t number;  // 0: the slot is free
+    std::uint32_t number;
   };
 
-  std::vector<Slot> m_slots;  // a power of two
+  static constexpr std::uint32_t kNumberMask = (1 << 21) - 1;
+
+  void Place(Entry entry) noexcept;
+
+  // A number and the first eleven bits of its hash, 0 when free. A power of two of them.
+  PooledVector<std::uint32_t> m_slots;
+  PooledVector<Entry> m_entries;
   std::size_t m_mask = 0;
-  std::size_t m_count = 0;
 };
 
 }  // namespace detail
@@ -64,7 +106,7 @@ class ZUXMLLIB16_API CFIVocabulary {
   /// Strings in the order of their indices: that of index 1 comes first.
   class ZUXMLLIB16_API CFIStringTable {
    public:
-    using const_iterator = std::vector<std::string_view>::const_iterator;
+    using const_iterator = detail::PooledVector<std::string_view>::const_iterator;
 
     CFIStringTable() = default;
     CFIStringTable(const CFIStringTable& other);
@@ -84,7 +126,16 @@ class ZUXMLLIB16_API CFIVocabulary {
     /// Puts a string in unless it is there or the table is full.
     /// @param isNew  receives whether it was put in.
     /// @return its index; 0 when it is not in the table afterwards.
-    unsigned long Add(std::string_view value, bool& isNew);
+    unsigned long Add(std::string_view value, bool& isNew) {
+      return Add(value, Announce(value), kMaxEntries, isNew);
+    }
+    /// The first step of Add. In large tables it takes its time to get at a string: other work may
+    /// be done before the second step.
+    std::uint32_t Announce(std::string_view value) const;
+    /// @param announced  what Announce has given for the value.
+    /// @param limit      how many entries count as a full table, kMaxEntries at most.
+    unsigned long Add(std::string_view value, std::uint32_t announced, unsigned long limit,
+                      bool& isNew);
     /// Puts a string behind the others unless the table is full, whether it is there or not. Find
     /// and Add do not see what came this way: it is meant for readers, which look up indices only.
     /// @return its index; 0 when the table is full.
@@ -92,10 +143,11 @@ class ZUXMLLIB16_API CFIVocabulary {
 
    private:
     void Swap(CFIStringTable& other) noexcept;
+    void AddBlock(std::size_t sizeInBytes);
     void Keep(std::string_view value);
 
-    std::vector<std::string_view> m_entries;  // in m_blocks
-    std::vector<std::unique_ptr<char[]>> m_blocks;
+    detail::PooledVector<std::string_view> m_entries;  // in m_blocks
+    std::vector<detail::PooledBlock> m_blocks;
     char* m_next = nullptr;  // in the last block
     std::size_t m_left = 0;
     detail::FIHashIndex m_index;
@@ -111,7 +163,7 @@ class ZUXMLLIB16_API CFIVocabulary {
   /// Names in the order of their indices. Its operations are those of CFIStringTable.
   class ZUXMLLIB16_API CFIQNameTable {
    public:
-    using const_iterator = std::vector<CQNameParts>::const_iterator;
+    using const_iterator = detail::PooledVector<CQNameParts>::const_iterator;
 
     const_iterator begin() const { return m_entries.begin(); }
     const_iterator end() const { return m_entries.end(); }
@@ -124,7 +176,7 @@ class ZUXMLLIB16_API CFIVocabulary {
     unsigned long Append(CQNameParts name);
 
    private:
-    std::vector<CQNameParts> m_entries;
+    detail::PooledVector<CQNameParts> m_entries;
     detail::FIHashIndex m_index;
   };
 

@@ -32,6 +32,13 @@ class ZUXMLLIB16_API CFastInfosetContext {
   unsigned long GetMaxElementValueLength() const { return m_maxElementValueLength; }
   void SetMaxElementValueLength(unsigned long octets) { m_maxElementValueLength = octets; }
 
+  /// How many different attribute values, and as many texts, the writer puts into the tables of a
+  /// document; what comes later is written in full unless it is in there. 65536 by default, of
+  /// which the tables need at most 6 MB each while values have up to 32 octets; more make large
+  /// documents hardly smaller and slower to write. At most 1048576 count.
+  unsigned long GetMaxIndexedValues() const { return m_maxIndexedValues; }
+  void SetMaxIndexedValues(unsigned long count) { m_maxIndexedValues = count; }
+
   TypedValueMode GetTypedValues() const { return m_typedValues; }
   void SetTypedValues(TypedValueMode mode) { m_typedValues = mode; }
 
@@ -65,6 +72,7 @@ class ZUXMLLIB16_API CFastInfosetContext {
   unsigned long m_maxAttributeValueLength = 32;
   bool m_indexElementValues = true;
   unsigned long m_maxElementValueLength = 32;
+  unsigned long m_maxIndexedValues = 65536;
   TypedValueMode m_typedValues = TypedValueMode::Binary;
   bool m_cdataSections = false;
   int m_maxDepth = 10000;

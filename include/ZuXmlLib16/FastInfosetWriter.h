@@ -72,14 +72,19 @@ class ZUXMLLIB16_API CFastInfosetWriter : public CXmlWriter {
   CXmlWriterContext& OpenElement(CTextRef localName, CTextRef namespaceUri);
   void StartElement(CXmlWriterContext& element);
   void EndStart();
-  const detail::NamespacePrefix* Bind(std::string_view prefix, std::string_view namespaceUri);
-  const detail::NamespacePrefix& BindAny(CXmlWriterContext& element, std::string_view namespaceUri);
+  detail::NamespacePrefix* Bind(std::string_view prefix, std::string_view namespaceUri);
+  detail::NamespacePrefix& BindAny(CXmlWriterContext& element, std::string_view namespaceUri);
+  detail::NamespacePrefix& BindForElement(CXmlWriterContext& element);
   void WriteCDataSections(std::string_view text);
 
   std::unique_ptr<detail::FastInfosetOutput> m_output;
   std::string_view m_declaration;
   bool m_writeDefaultElementValues = false;
   int m_nextSparePrefix = 0;
+  // The prefix of the last element, null when declarations may have changed, and its scope: most
+  // elements have the same.
+  detail::NamespacePrefix* m_lastPrefix = nullptr;
+  const detail::PrefixScope* m_lastScope = nullptr;
 };
 
 }  // namespace ZuXmlLib16

@@ -290,6 +290,19 @@ TEST(FastInfosetWriter, IndexesValuesUpToTheLengthsThatAreSet) {
             with({"01'12'", "01'12'", "02'123'", "82 01'1234'", "82 01'1234'", "82 02'12345'"}));
 }
 
+TEST(FastInfosetWriter, IndexesOnlyAsManyValuesAsAreAllowed) {
+  CFastInfosetContext context;
+  context.SetMaxIndexedValues(1);
+  const auto calls = [](CFastInfosetWriter& writer) {
+    writer.WriteStartElement("a", "");
+    for (const char* const text : {"x", "y", "y", "x"}) {
+      writer.WriteString(text, ItemType::string, false);
+    }
+    writer.WriteEndElement();
+  };
+  EXPECT_EQ(Written(calls, context), Plain("3C 00'a' 90'x' 80'y' 80'y' A0 FF"));
+}
+
 TEST(FastInfosetWriter, KeepsCDataSectionsOnRequest) {
   CFastInfosetContext context;
   context.SetCDataSections(true);

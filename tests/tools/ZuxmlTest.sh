@@ -100,6 +100,16 @@ for how in gzip zlib; do
 done
 run convert a.xml b.xml.gz --compact --no-header
 check 'gzip by ending' "$compact" "$(gzip -dc b.xml.gz)"
+run convert a.xml b.finf
+check 'fast infoset, told by ending' e0000001 "$(head -c 4 b.finf | od -An -tx1 | tr -d ' \n')"
+run convert b.finf b.xml --compact --no-header
+check 'fast infoset, told by content' "$compact" "$(cat b.xml)"
+run convert - packed --to finf --compress gzip < a.xml
+check 'fast infoset, compressed' "$(od -An -tx1 b.finf)" "$(gzip -dc < packed | od -An -tx1)"
+"$zuxml" tree b.finf > tree.finf
+check 'tree of fast infoset' "$("$zuxml" tree a.xml)" "$(cat tree.finf)"
+head -c 20 b.finf > cut.finf
+fails 'fast infoset cut short' 1 'zuxml: cut.finf: Failed to parse FastInfoset. *' convert cut.finf b.xml
 run convert a.xml wide.xml --compact --no-header --encoding wide
 check 'wide' "$compact" "$(tail -c +3 wide.xml | iconv -f UTF-32LE -t UTF-8)"
 check 'wide: mark' 'fffe' "$(head -c 2 wide.xml | od -An -tx1 | tr -d ' \n')"
