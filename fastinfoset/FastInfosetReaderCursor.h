@@ -46,9 +46,7 @@ class FastInfosetCursor {
   }
 
   /// Refuses the last octet that was read.
-  [[noreturn]] void Refuse() const {
-    ThrowFastInfosetOctet(m_next[-1], Position() - 1);
-  }
+  [[noreturn]] void Refuse() const { ThrowFastInfosetOctet(m_next[-1], Position() - 1); }
 
   /// The length of a string that starts in the last bits of an octet (C.22 to C.24: on bit 2, 5 or
   /// 7 with 7, 4 or 2 bits).
