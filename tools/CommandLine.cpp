@@ -11,6 +11,7 @@ namespace ZuXmlTool {
 
 using ZuXmlLib16::CompressionType;
 using ZuXmlLib16::EOLType;
+using ZuXmlLib16::JsonRoundTrip;
 using ZuXmlLib16::XmlEncoding;
 
 const char kHelp[] =
@@ -18,12 +19,17 @@ const char kHelp[] =
     "       zuxml tree IN\n"
     "       zuxml --help | --version\n"
     "\n"
-    "convert reads a document, XML or Fast Infoset, plain or compressed, and writes it to OUT.\n"
-    "tree prints a line for every element: its XPath, namespace and attributes.\n"
+    "convert reads an XML, JSON or Fast Infoset document, plain or compressed, and writes it to\n"
+    "OUT. tree prints a line for every element: its XPath, namespace and attributes.\n"
     "IN and OUT may be '-' for standard input and output.\n"
     "\n"
-    "  --to xml|finf                  form of the output; otherwise told by the ending of OUT,\n"
-    "                                 .xml or .finf; those marked * are for XML only\n"
+    "  --from xml|json|finf           form of the input; otherwise told by its content, or the\n"
+    "                                 ending of IN\n"
+    "  --to xml|json|finf             form of the output; otherwise told by the ending of OUT,\n"
+    "                                 .xml, .json or .finf; those marked * are for text only\n"
+    "  --mode full|marked|plain       JSON with namespaces and '@' attributes (full), without the\n"
+    "                                 namespaces (marked), without the '@' too (plain)\n"
+    "  --root NAME                    put all of a JSON input into an element NAME\n"
     "  --compact *                    no line breaks and no indentation\n"
     "  --indent N|tab *               indent by N blanks (0 to 16) or by a tab (the default)\n"
     "  --eol lf|crlf *                line ends (lf)\n"
@@ -35,7 +41,10 @@ const char kHelp[] =
 namespace {
 
 enum Option : int {
-  kTo = 256,
+  kFrom = 256,
+  kTo,
+  kMode,
+  kRoot,
   kCompact,
   kIndent,
   kEol,
@@ -47,7 +56,10 @@ enum Option : int {
 };
 
 const option kOptions[] = {
+    {"from", required_argument, nullptr, kFrom},
     {"to", required_argument, nullptr, kTo},
+    {"mode", required_argument, nullptr, kMode},
+    {"root", required_argument, nullptr, kRoot},
     {"compact", no_argument, nullptr, kCompact},
     {"indent", required_argument, nullptr, kIndent},
     {"eol", required_argument, nullptr, kEol},
@@ -69,8 +81,13 @@ struct Choice {
   Value value;
 };
 
-constexpr Choice<Format> kFormats[] = {{"xml", Format::Xml}, {"finf", Format::FastInfoset}};
-constexpr Choice<Format> kEndings[] = {{".xml", Format::Xml}, {".finf", Format::FastInfoset}};
+constexpr Choice<Format> kFormats[] = {
+    {"xml", Format::Xml}, {"json", Format::Json}, {"finf", Format::FastInfoset}};
+constexpr Choice<Format> kEndings[] = {
+    {".xml", Format::Xml}, {".json", Format::Json}, {".finf", Format::FastInfoset}};
+constexpr Choice<JsonRoundTrip> kModes[] = {{"full", JsonRoundTrip::Full},
+                                            {"marked", JsonRoundTrip::Marked},
+                                            {"plain", JsonRoundTrip::Plain}};
 constexpr Choice<EOLType> kLineEnds[] = {{"lf", EOLType::Lf}, {"crlf", EOLType::CrLf}};
 constexpr Choice<XmlEncoding> kEncodings[] = {
     {"utf-8", XmlEncoding::Utf8}, {"utf-16", XmlEncoding::Utf16}, {"wide", XmlEncoding::Wide}};
@@ -110,7 +127,7 @@ bool TakeEnding(std::string_view& path, std::string_view ending) {
   return true;
 }
 
-/// What was not said by options is told by the ending of OUT: ".xml", ".finf.gz".
+/// What was not said by options is told by the ending of OUT: ".xml", ".json.gz" and so on.
 void CompleteFromOutputName(Command& command, bool formatGiven, bool compressionGiven) {
   if (command.output == "-") return;
   std::string_view path = command.output;
@@ -130,7 +147,7 @@ void CheckOperands(int given, int wanted, const char* usage) {
 }
 
 [[noreturn]] void RefuseOption(int found, char** argv) {
-  const bool isShort = optopt > 0 && optopt < kTo;
+  const bool isShort = optopt > 0 && optopt < kFrom;
   const std::string text =
       isShort ? "-" + std::string(1, static_cast<char>(optopt)) : argv[optind - 1];
   if (found == ':') throw UsageFailure("the option " + text + " needs a value");
@@ -147,6 +164,15 @@ Command ParseConvert(int argc, char** argv) {
       case kTo:
         command.format = Choose("--to", optarg, kFormats);
         formatGiven = true;
+        break;
+      case kFrom:
+        command.inputFormat = Choose("--from", optarg, kFormats);
+        break;
+      case kMode:
+        command.jsonMode = Choose("--mode", optarg, kModes);
+        break;
+      case kRoot:
+        command.jsonRoot = optarg;
         break;
       case kCompact:
         command.compact = true;

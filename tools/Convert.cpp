@@ -5,11 +5,13 @@
 #include <vector>
 
 #include "ZuXmlLib16/BinaryData.h"
+#include "ZuXmlLib16/JsonContext.h"
 #include "ZuXmlLib16/SerializationContext.h"
 #include "ZuXmlLib16/SmartPtr.h"
 #include "ZuXmlLib16/Streams.h"
 #include "ZuXmlLib16/UntypedContent.h"
 #include "ZuXmlLib16/XmlDocument.h"
+#include "ZuXmlLib16/XmlWriter.h"
 #include "ZuXmlLib16/Zip.h"
 #include "tools/Commands.h"
 #include "tools/Files.h"
@@ -19,12 +21,14 @@ namespace ZuXmlTool {
 
 using ZuXmlLib16::CBinaryData;
 using ZuXmlLib16::CElement;
+using ZuXmlLib16::CJsonContext;
 using ZuXmlLib16::CompressionType;
 using ZuXmlLib16::CSerializationContext;
 using ZuXmlLib16::CSmartPtr;
 using ZuXmlLib16::CXmlAttribute;
 using ZuXmlLib16::CXmlDocument;
 using ZuXmlLib16::CXmlElement;
+using ZuXmlLib16::CXmlWriter;
 using ZuXmlLib16::CZuZip;
 using ZuXmlLib16::FInfoDecl;
 using ZuXmlLib16::XmlEncoding;
@@ -52,7 +56,9 @@ std::size_t CountMixedElements(const CXmlElement& root) {
 class PrefixKeeper {
  public:
   PrefixKeeper(const CXmlDocument& document, CSerializationContext& context)
-      : m_document(document), m_context(context) {}
+      : m_document(document), m_context(context) {
+    m_met.insert(CXmlWriter::XML_NAMESPACE);  // needs no declaration
+  }
 
   void Keep(const CXmlElement& root) {
     std::vector<const CXmlElement*> open = {&root};
@@ -70,9 +76,22 @@ class PrefixKeeper {
     if (m_isEachElementQualified) m_context.SetDefaultNamespaceURI(defaultNamespace.c_str());
   }
 
+  /// Makes prefixes for the namespaces that have none: JSON declares them all on the root.
+  void AddMissing() {
+    int number = 0;
+    for (const std::string& namespaceUri : m_withoutPrefix) {
+      if (namespaceUri == m_context.GetDefaultNamespaceURI()) continue;
+      std::string prefix;
+      do {
+        prefix = "ns" + std::to_string(++number);
+      } while (m_prefixes.count(prefix) > 0);
+      m_context.GetNamespaceAliases().Add(prefix.c_str(), namespaceUri.c_str());
+    }
+  }
+
  private:
   /// Each look-up walks all prefixes of the document; what is beyond gets prefixes made for it.
-  static constexpr std::size_t kMaxNamespaces = 256;
+  static constexpr std::size_t kMaxLookUps = 256;
 
   void KeepElement(const CXmlElement& element) {
     if (element.GetNamespaceURI().empty()) m_isEachElementQualified = false;
@@ -83,26 +102,35 @@ class PrefixKeeper {
   }
 
   void KeepNamespace(const std::string& namespaceUri) {
-    if (namespaceUri.empty() || m_met.size() == kMaxNamespaces) return;
-    if (!m_met.insert(namespaceUri).second) return;
-    const std::string& prefix = m_document.LookupAliasFromNamespace(namespaceUri);
-    if (!prefix.empty()) m_context.GetNamespaceAliases().Add(prefix.c_str(), namespaceUri.c_str());
+    if (namespaceUri.empty() || !m_met.insert(namespaceUri).second) return;
+    const bool mayLookUp = m_met.size() <= kMaxLookUps;
+    const std::string prefix = mayLookUp ? m_document.LookupAliasFromNamespace(namespaceUri) : "";
+    if (prefix.empty()) {
+      m_withoutPrefix.push_back(namespaceUri);
+    } else {
+      m_prefixes.insert(prefix);
+      m_context.GetNamespaceAliases().Add(prefix.c_str(), namespaceUri.c_str());
+    }
   }
 
   const CXmlDocument& m_document;
   CSerializationContext& m_context;
   std::set<std::string> m_met;
+  std::set<std::string> m_prefixes;
+  std::vector<std::string> m_withoutPrefix;
   bool m_isEachElementQualified = true;
 };
 
 CSmartPtr<CElement> Read(const Command& command, CSerializationContext& context,
                          Progress& progress) {
   CXmlDocument document(context);
-  Load(document, command.input, progress);
+  Load(document, command, progress);
   const CXmlElement& source = *document.GetDocumentElement();
   CSmartPtr<CElement> root(new CElement("document"));
   root->FromXmlElement(&source, context);
-  PrefixKeeper(document, context).Keep(source);
+  PrefixKeeper prefixes(document, context);
+  prefixes.Keep(source);
+  if (command.format == Format::Json) prefixes.AddMissing();
   if (const std::size_t mixed = CountMixedElements(source); mixed > 0) {
     progress.Tell("text between child elements moves behind them (in " + std::to_string(mixed) +
                   " elements)");
@@ -119,19 +147,25 @@ CBinaryData WithByteOrderMark(const CBinaryData& document) {
   return marked;
 }
 
-CBinaryData WrittenAsXml(const CElement& root, const Command& command,
-                         const CSerializationContext& context) {
-  const CBinaryData document = root.ToXmlStream(command.header, !command.compact, command.encoding,
-                                                command.eol, context, CompressionType::None);
-  return command.encoding != XmlEncoding::Utf8 ? WithByteOrderMark(document) : document;
-}
-
 CBinaryData Written(const CElement& root, const Command& command,
                     const CSerializationContext& context) {
-  CBinaryData document =
-      command.format == Format::Xml
-          ? WrittenAsXml(root, command, context)
-          : root.ToFastInfosetStream(FInfoDecl::None, context, CompressionType::None);
+  const bool isPretty = !command.compact;
+  constexpr CompressionType kPlain = CompressionType::None;
+  CBinaryData document;
+  switch (command.format) {
+    case Format::Xml:
+      document = root.ToXmlStream(command.header, isPretty, command.encoding, command.eol, context,
+                                  kPlain);
+      break;
+    case Format::Json:
+      document = root.ToJsonStream(isPretty, command.encoding, command.eol, context, kPlain);
+      break;
+    case Format::FastInfoset:
+      document = root.ToFastInfosetStream(FInfoDecl::None, context, kPlain);
+      break;
+  }
+  const bool isText = command.format != Format::FastInfoset;
+  if (isText && command.encoding != XmlEncoding::Utf8) document = WithByteOrderMark(document);
   constexpr bool kMayGrow = true;  // small documents do
   if (command.compression != CompressionType::None) {
     CZuZip::CompressData(document, command.compression, kMayGrow);
@@ -145,6 +179,10 @@ void Convert(const Command& command) {
   Progress progress(command.input);
   CSerializationContext context;
   context.SetIndentChars(command.indent.c_str());
+  CJsonContext& json = context.GetJsonContext();
+  json.SetSupportRoundtrip(command.jsonMode);
+  json.SetRootElementName(command.jsonRoot.c_str());
+  json.SetStrictEscaping(true);  // nobody wants JSON that others cannot read
 
   const CSmartPtr<CElement> root = Read(command, context, progress);
   const CBinaryData document = Written(*root, command, context);

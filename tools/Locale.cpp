@@ -14,13 +14,15 @@ bool IsUtf8() {
   return std::strcmp(nl_langinfo(CODESET), "UTF-8") == 0;
 }
 
-/// Errs on the safe side: true for everything compressed, and for every character reference.
+bool Holds(const std::vector<unsigned char>& document, std::string_view text) {
+  return std::search(document.begin(), document.end(), text.begin(), text.end()) != document.end();
+}
+
+/// Errs on the safe side: true for everything compressed, and for every reference to a character.
 bool MayHoldMoreThanAscii(const std::vector<unsigned char>& document) {
-  constexpr std::string_view kReference = "&#";
   return std::any_of(document.begin(), document.end(),
                      [](unsigned char byte) { return byte > 127; }) ||
-         std::search(document.begin(), document.end(), kReference.begin(), kReference.end()) !=
-             document.end();
+         Holds(document, "&#") || Holds(document, "\\u");
 }
 
 }  // namespace

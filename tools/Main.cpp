@@ -42,6 +42,7 @@ void Run(const Command& command) {
 std::string OneLine(const ZuXmlLib16::CZuException& error) {
   std::string text = error.GetFullMessage();
   ZuXmlLib16::FindReplace(text, "\nPath: ", ", at ");
+  ZuXmlLib16::FindReplace(text, ":\n", ": ");
   ZuXmlLib16::FindReplace(text, "\n", ": ");
   return text;
 }

@@ -178,7 +178,7 @@ void PrintTree(const Command& command) {
   Progress progress(command.input);
   const CSerializationContext context;
   CXmlDocument document(context);
-  Load(document, command.input, progress);
+  Load(document, command, progress);
   TreePrinter(document).Print();
 }
 

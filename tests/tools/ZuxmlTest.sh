@@ -120,6 +120,32 @@ run convert mixed.xml - --compact --no-header
 check 'mixed content' '<a><b/>xy</a>' "$(tr -d '\n' < out)"
 check 'mixed content is told' 'zuxml: mixed.xml: text between child elements moves behind them (in 1 elements)' "$(cat err)"
 
+# JSON.
+cat > ns.xml <<'XML'
+<r xmlns="urn:one"><p:b xmlns:p="urn:p" p:k="1 &quot;\2">x</p:b><i xmlns="urn:two">y&#xA;z</i><i xmlns="urn:two"/></r>
+XML
+run convert ns.xml ns.json --compact
+check 'JSON' '{"ns1:r": {"@xmlns": "urn:two","@xmlns:ns1": "urn:one","@xmlns:p": "urn:p","p:b": {"@p:k": "1 \"\\2","#text": "x"},"i": ["y\nz",""],"#text": ""}}' "$(cat ns.json)"
+run tree ns.xml
+sed 's/^[^{]*//' out > ns.tree
+for file in ns.json ns.json.gz; do
+  run convert ns.xml $file
+  run convert $file ns2.xml --compact
+  run tree ns2.xml
+  check "$file and back" "$(cat ns.tree)" "$(sed 's/^[^{]*//' out)"
+done
+run convert - - --from json --to xml --compact --no-header < ns.json
+check 'JSON from standard input' "$(tail -n +2 ns2.xml)" "$(cat out)"
+run convert ns.xml - --to json --compact --mode plain
+check 'plain JSON' '{"r": {"b": {"k": "1 \"\\2","": "x"},"i": ["y\nz",""],"": ""}}' "$(cat out)"
+echo '{"a": [1, 2], "b": {"c": true}} // end' > rootless.json
+run convert rootless.json - --to xml --compact --no-header --root list
+check 'JSON with a root given' '<list><a>1</a><a>2</a><b><c>true</c></b></list>' "$(cat out)"
+fails 'JSON with several roots' 1 'zuxml: rootless.json: Error converting JSON to XML: The document has more than one root element., at /a?2]' convert rootless.json old.xml
+printf '{"a":\n[1,]}' > broken.json
+fails 'malformed JSON' 1 "zuxml: broken.json: Expected Value *, found ']' at line 2, position 4., at /a?2]" convert broken.json old.xml
+fails 'unknown mode' 2 "zuxml: --mode takes one of full, marked, plain, not 'x'" convert a.xml old.xml --mode x
+
 # OUT keeps its permissions and stays a link; a new one gets those of the umask; IN may be OUT.
 chmod 640 b.xml
 ln -s b.xml link.xml
