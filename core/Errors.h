@@ -170,6 +170,7 @@ class CZuException;
 [[noreturn]] void ThrowSecondRootElement();
 [[noreturn]] void ThrowInvalidInstruction(std::string_view text);
 [[noreturn]] void ThrowFastInfosetTextTooLong();
+[[noreturn]] void ThrowEmptyFastInfosetName();
 
 // Facets
 /// @param name  of the element or attribute; null counts as "".
