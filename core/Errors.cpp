@@ -735,6 +735,10 @@ void ThrowFastInfosetTextTooLong() {
   throw CZuException("The text is too long for Fast Infoset.");
 }
 
+void ThrowEmptyFastInfosetName() {
+  throw CZuException("A name in Fast Infoset must not be empty.");
+}
+
 void ThrowInvalidFacetNumber(const char* name, const std::string& value) {
   throw CZuException(FormatString("Invalid Value for %s [", name != nullptr ? name : "") + value +
                      ']');

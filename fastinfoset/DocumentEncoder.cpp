@@ -137,6 +137,13 @@ void CheckLength(std::string_view octets) {
   if (octets.size() > kMaxOctetString) ThrowFastInfosetTextTooLong();
 }
 
+/// Puts a part of a name, or what else identifies something.
+void PutLiteral(OctetBuffer& out, std::string_view text) {
+  if (text.empty()) ThrowEmptyFastInfosetName();
+  CheckLength(text);
+  out.PutIdentifier(text);
+}
+
 }  // namespace
 
 DocumentEncoder::DocumentEncoder(CBinaryStream& stream, const CFastInfosetContext& context)
@@ -159,7 +166,7 @@ void DocumentEncoder::StartDocument(std::string_view declaration) {
     m_out.Put(kNoComponents);
   } else {
     m_out.Put(kExternalVocabulary);
-    m_out.PutString<2>(0, uri);
+    PutLiteral(m_out, uri);
   }
 }
 
@@ -182,6 +189,10 @@ void DocumentEncoder::EndDocument() {
 
 OctetBuffer& DocumentEncoder::StartItem() {
   EndStart();
+  return PutPendingTerminator();
+}
+
+OctetBuffer& DocumentEncoder::PutPendingTerminator() {
   if (m_endsInTerminator) m_out.Put(kTerminator);
   m_endsInTerminator = false;
   return m_out;
@@ -203,8 +214,7 @@ void DocumentEncoder::PutIdentifier(OctetBuffer& out, std::string_view text, Str
   bool isNew = false;
   index = static_cast<unsigned int>(table.Add(text, isNew));
   if (index == 0 || isNew) {
-    CheckLength(text);
-    out.PutIdentifier(text);
+    PutLiteral(out, text);
   } else {
     out.PutIdentifier(index);
   }
@@ -236,9 +246,7 @@ unsigned long DocumentEncoder::PutUnlessKnown(OctetBuffer& out, const DocumentNa
   }
   out.Put(names.literal | (hasPrefix ? kHasPrefix : 0) | (hasNamespace ? kHasNamespace : 0));
   const auto putPart = [&](unsigned int partIndex, bool isNew, std::string_view text) {
-    if (partIndex != 0 && !isNew) return out.PutIdentifier(partIndex);
-    CheckLength(text);
-    out.PutIdentifier(text);
+    partIndex != 0 && !isNew ? out.PutIdentifier(partIndex) : PutLiteral(out, text);
   };
   if (hasPrefix) putPart(parts.prefix, false, Clean(name.prefix->text, m_clean));
   if (hasNamespace) {
@@ -272,7 +280,7 @@ void DocumentEncoder::AddDeclaration(NamespacePrefix& prefix, NamespaceName* nam
 void DocumentEncoder::EndStart() {
   if (!m_isStartOpen) return;
   m_isStartOpen = false;
-  OctetBuffer& out = StartItem();
+  OctetBuffer& out = PutPendingTerminator();
   const bool hasAttributes = !m_attributes.IsEmpty();
   unsigned int first = hasAttributes ? kWithAttributes : 0;
   if (!m_declarations.IsEmpty()) {

@@ -26,6 +26,8 @@ class DocumentEncoder {
   /// @param stream   not owned.
   /// @param context  copied.
   DocumentEncoder(CBinaryStream& stream, const CFastInfosetContext& context);
+  DocumentEncoder(const DocumentEncoder&) = delete;
+  DocumentEncoder& operator=(const DocumentEncoder&) = delete;
 
   /// @param declaration  an XML declaration, or "".
   void StartDocument(std::string_view declaration);
@@ -51,6 +53,7 @@ class DocumentEncoder {
  private:
   using StringTable = CFIVocabulary::CFIStringTable;
   using NameTable = CFIVocabulary::CFIQNameTable;
+
   /// One of the two tables of names.
   struct Names {
     NameTable& table;
@@ -65,6 +68,7 @@ class DocumentEncoder {
   };
 
   OctetBuffer& StartItem();
+  OctetBuffer& PutPendingTerminator();
   void PutTerminator();
   void TakeOutputWhenFull();
   unsigned long PutUnlessKnown(OctetBuffer& out, const DocumentName& name, Names& names);

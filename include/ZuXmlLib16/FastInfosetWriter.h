@@ -25,7 +25,8 @@ struct NamespacePrefix;
 ///
 /// Attribute operations throw CZuException "Attributes must be added before elements" once the
 /// current element has content; every operation throws CZuException "The text is too long for Fast
-/// Infoset." for more than 2^32 octets. A writer that has thrown cannot go on with its document.
+/// Infoset." for more than 2^32 octets, and "A name in Fast Infoset must not be empty.". A writer
+/// that has thrown cannot go on with its document.
 class ZUXMLLIB16_API CFastInfosetWriter : public CXmlWriter {
  public:
   /// @param stream   not owned; must outlive the writer.

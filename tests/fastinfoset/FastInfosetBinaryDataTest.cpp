@@ -71,7 +71,7 @@ TEST(FastInfosetBinaryData, EncodesAndDecodesValues) {
   }
   EXPECT_EQ(Encoded(4, " 7\n"), "00000007") << "white space is collapsed";
   EXPECT_EQ(Encoded(2, nullptr), "");
-  for (const unsigned long algorithm : {0, 1, 6, 10, 99}) {
+  for (const unsigned long algorithm : {0UL, 1UL, 6UL, 10UL, 99UL}) {
     EXPECT_EQ(CFastInfosetBinaryData().GetAsString(algorithm), "");
   }
 }

@@ -387,6 +387,8 @@ TEST(FastInfosetWriter, RefusesWhatMakesNoDocument) {
                   "Attributes must be added before elements", "");
   EXPECT_ZU_ERROR(CZuException, writer.WriteInlineSchema("<s>"), "no element found at line 1", "");
   EXPECT_ZU_ERROR(CZuException, writer.Close(), "An Element has not been closed.", "");
+  EXPECT_ZU_ERROR(CZuException, Written([](CFastInfosetWriter& w) { Element(w, "", ""); }),
+                  "A name in Fast Infoset must not be empty.", "");
   writer.WriteEndElement();
   EXPECT_ZU_ERROR(CZuException, writer.WriteStartElement("a", ""),
                   "A document has only one root element.", "");
