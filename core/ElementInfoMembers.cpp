@@ -6,12 +6,14 @@
 #include "ZuXmlLib16/XmlObjectHelper.h"
 #include "core/ElementMatches.h"
 #include "core/Errors.h"
+#include "core/GroupSearch.h"
 #include "types/VariantAccess.h"
 
 namespace ZuXmlLib16Data::detail {
 
 using ZuXmlLib16::CElement;
 using ZuXmlLib16::CXmlObjectHelper;
+using ZuXmlLib16::detail::GroupSearch;
 using ZuXmlLib16::detail::VariantAccess;
 
 namespace {
@@ -182,11 +184,13 @@ bool ClsEntry::ReadMandatoryGroup(Place place, const Reading& in) const {
   if (start == nullptr && m_isContentRequired) return false;
   if (ReadObject(place, in, *child.Get(), child.IsNew())) return true;
   if (start == nullptr || !in.context.GetIgnoreUnknownElements()) return false;
+  if (GroupSearch::IsInVain(this, start)) return false;
   ElementMatches matches(in.context);
   matches.AddEntriesOf(child.Get());
   while ((in.current = matches.FirstFrom(in.current->GetNextSiblingElement())) != nullptr) {
     if (ReadObject(place, in, *child.Get(), child.IsNew())) return true;
   }
+  GroupSearch::NoteFailure(this, start);
   in.current = start;
   return false;
 }

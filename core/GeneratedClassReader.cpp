@@ -8,6 +8,7 @@
 #include "ZuXmlLib16/XmlGeneratedClass.h"
 #include "core/ElementMatches.h"
 #include "core/Errors.h"
+#include "core/GroupSearch.h"
 #include "core/NestingLevel.h"
 #include "core/NilAttribute.h"
 #include "types/ScratchVariant.h"
@@ -69,6 +70,7 @@ CXmlElement* CXmlGeneratedClass::FromXml_Int(CXmlElement* parentElement,
   if (parentElement == nullptr) ThrowPropertyIsNull("element");
   try {
     const detail::NestingLevel level(*parentElement, context);
+    const detail::GroupSearch search(*parentElement, context);
     return ReadContent(parentElement, firstChildElement, context, isOptionalChoice);
   } catch (const CZuException& cause) {
     // The innermost class says where it was.
@@ -124,6 +126,9 @@ void CXmlGeneratedClass::ReadText(const CXmlElement& element, const CParentEleme
 void CXmlGeneratedClass::ProcessAttributesFromXml(const CSerializationContext& context,
                                                   CXmlElement* element, bool strictAttributes) {
   CAttributeInfo* const* const entries = Table(GetAttributeMetaData());
+  const bool isPseudo = GetClassMetaData()->GetElementType() != XmlElementType::Element;
+  // A repeated group must not look at all attributes of its parent for every item.
+  if (isPseudo && entries[0] == nullptr && !strictAttributes) return;
   Marks found;
   for (CXmlAttribute* const attribute : element->GetAttributes()) {
     if (attribute->IsNamespaceAttribute()) continue;
@@ -186,12 +191,16 @@ bool CXmlGeneratedClass::ReadSequence(const CSerializationContext& context, CXml
 CXmlElement* CXmlGeneratedClass::ProcessElementSeqFromXml(const CSerializationContext& context,
                                                           CXmlElement* parent, CXmlElement* cursor,
                                                           XmlElementType elementType) {
+  CElementInfo* const* const entries = Table(GetElementMetaData());
+  if (detail::GroupSearch::IsInVain(entries, cursor)) return cursor;
   CXmlElement* const start = cursor;
   int reached = 0;
-  if (!ReadSequence(context, parent, cursor, elementType, reached)) return start;
+  if (!ReadSequence(context, parent, cursor, elementType, reached)) {
+    detail::GroupSearch::NoteFailure(entries, start);
+    return start;
+  }
   if (elementType != XmlElementType::Element || cursor == nullptr) return cursor;
   if (!context.GetIgnoreUnknownElements()) ThrowLeftover(*parent, *cursor);
-  CElementInfo* const* const entries = Table(GetElementMetaData());
   while (cursor != nullptr) {
     // The entries that are left stay the same while none of them takes anything.
     ElementMatches matches(context);
