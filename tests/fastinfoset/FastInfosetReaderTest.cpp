@@ -81,7 +81,8 @@ std::string FailureOf(const std::string& octets) {
     CXmlDocument document;
     Load(document, octets);
   } catch (const CZuException& failure) {
-    EXPECT_EQ(failure.GetPath().substr(0, 6), "octet ");
+    const bool isFastInfoset = failure.GetMessage().find(kFailed) == 0;
+    EXPECT_EQ(failure.GetPath().find("octet "), isFastInfoset ? 0 : std::string::npos);
     return failure.GetMessage().substr(0, failure.GetMessage().find("\nPath: "));
   }
   return "";
@@ -227,7 +228,7 @@ TEST_F(FastInfosetReader, TakesAnExternalVocabularyFromTheContext) {
             "{u}a\n @{}b=two\n \"one\"\n");
   CXmlDocument document(context);
   EXPECT_ZU_ERROR(CZuException, Load(document, Octets("00" + byIndex)),
-                  kFailed + "Invalid index [1] for the ELEMENT NAME table."s, "");
+                  kFailed + "Invalid index [1] for the ELEMENT NAME table."s, "octet 6");
 }
 
 TEST(FastInfosetReaderLocale, ConvertsToTheLocalCharacterSet) {
@@ -246,19 +247,19 @@ TEST(FastInfosetLimits, HoldForNestingAndExpansion) {
   CXmlDocument document(context);
   const std::string deep = Octets("20 00 82 00 00'a'00 00 00") + std::string(1000000, '\0');
   EXPECT_ZU_ERROR(CZuException, Load(document, deep), kFailed + "The nesting depth exceeds 10000."s,
-                  "");
+                  "octet 10014");
   // A text of 64 KiB, and a million octets that repeat it in the same element.
   const std::string bomb =
       Octets("00 3C 00'a'93 00 00 FE FD") + std::string(65536, 'x') + std::string(1000000, '\xA0');
   context.SetMaxDocumentSize(20000000);
   const AllocationWatch watch;
   EXPECT_ZU_ERROR(CZuException, Load(document, bomb),
-                  kFailed + "The document expands to more than 20000000 bytes."s, "");
+                  kFailed + "The document expands to more than 20000000 bytes."s, "octet 65854");
   EXPECT_LE(watch.GetLargest(), 2U * 20000000);
   context.SetMaxDocumentSize(0);
   context.GetFIContext().SetMaxExpansion(1);
   EXPECT_ZU_ERROR(CZuException, Load(document, bomb),
-                  kFailed + "The document expands to more than 67108864 bytes."s, "");
+                  kFailed + "The document expands to more than 67108864 bytes."s, "octet 66572");
 }
 
 TEST(FastInfosetLimits, TablesStopGrowingAtTheirLast) {

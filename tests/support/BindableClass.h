@@ -6,23 +6,22 @@
 #include <utility>
 #include <vector>
 
-#include "ZuXmlLib16/AttributeInfo.h"
 #include "ZuXmlLib16/ClassCollections.h"
 #include "ZuXmlLib16/Classfactory.h"
 #include "ZuXmlLib16/ElementInfoCollections.h"
 #include "ZuXmlLib16/ElementInfoMembers.h"
 #include "ZuXmlLib16/Exceptions.h"
 #include "ZuXmlLib16/PrimitiveCollections.h"
-#include "ZuXmlLib16/UntypedContent.h"
 #include "ZuXmlLib16/XmlDocument.h"
 #include "ZuXmlLib16/XmlGeneratedClass.h"
 #include "support/Untyped.h"
 
 namespace ZuXmlLib16 {
 
-using ZuXmlLib16Data::XmlElementGroupType;
-
-inline const CPrimitiveRestrictions kNoFacets{"", -1, -1, "", "", "", "", -1, -1, -1};
+using Group = ZuXmlLib16Data::XmlElementGroupType;
+constexpr auto kElement = ZuXmlLib16Data::XmlElementType::Element;
+constexpr auto kPseudo = ZuXmlLib16Data::XmlElementType::Pseudo;
+constexpr auto kCollapse = CWhitespaceUtils::WhitespaceRule::Collapse;
 /// Below 10.
 inline const CPrimitiveRestrictions kOneDigit{"", -1, -1, "", "9", "", "", -1, -1, -1};
 
@@ -36,114 +35,99 @@ inline int DigitFromText(const std::string& text) {
 }
 
 /// A class put together entry by entry, each for a property of its own. While it lives, MakeObject
-/// finds it by its identifier and MakeSubstitute by its name.
+/// finds it by its identifier and MakeSubstitute by its name. The flags are set before it is used.
 class Shape {
  public:
-  using Type = ZuXmlLib16Data::XmlElementType;
-  using Group = XmlElementGroupType;
   using Fill = std::function<void(ZuVariant&)>;
 
-  explicit Shape(const char* name, Group group = Group::Sequence, Type type = Type::Element)
-      : m_name(name), m_group(group), m_type(type), m_identifier(Registry().size()) {
+  explicit Shape(const char* name, Group group = Group::Sequence, XmlElementType type = kElement)
+      : elementType(type), m_name(name), m_group(group), m_identifier(Registry().size()) {
     Registry().push_back(this);
   }
   Shape(const Shape&) = delete;
   Shape& operator=(const Shape&) = delete;
   ~Shape() {
     Registry()[m_identifier] = nullptr;
-    auto** elements = new CElementInfo*[m_elements.size()];
-    auto** attributes = new CAttributeInfo*[m_attributes.size()];
-    std::copy(m_elements.begin(), m_elements.end(), elements);
-    std::copy(m_attributes.begin(), m_attributes.end(), attributes);
-    CXmlGeneratedClass::CleanMetaData(m_info, elements, attributes);
+    delete m_info;
+    for (const CElementInfo* entry : m_elements)
+      delete entry;
+    for (const CAttributeInfo* entry : m_attributes)
+      delete entry;
   }
 
-  Shape& Namespace(const char* namespaceUri) { return m_namespace = namespaceUri, *this; }
-  Shape& Strict() { return m_strict = true, *this; }
-  Shape& WritesType() { return m_writesType = true, *this; }
-  Shape& Nillable() { return m_nillable = true, *this; }
   Shape& Text(ItemType type = ItemType::i4, bool raw = false) {
-    m_textRaw = raw;
-    m_textType = type;
     m_textIndex = Property("");
+    m_textType = type;
+    m_textRaw = raw;
     return *this;
   }
-
   template <class Entry>
   Shape& Prim(const char* name, const char* defaultValue = "", bool nillable = false,
-              const CPrimitiveRestrictions& facets = kNoFacets) {
-    return Put(new Entry(name, m_namespace, Property(name), nillable, ItemType::i4, "",
-                         CWhitespaceUtils::WhitespaceRule::Collapse, facets, defaultValue));
+              const CPrimitiveRestrictions& facets = {}) {
+    return Put<Entry>(name, nullptr, nillable, ItemType::i4, "", kCollapse, facets, defaultValue);
   }
   template <class Entry>
   Shape& Enum(const char* name, const char* defaultValue = "", bool nillable = false) {
-    return Put(new Entry(name, m_namespace, Property(name), nillable, DigitToText, DigitFromText,
-                         defaultValue));
+    return Put<Entry>(name, nullptr, nillable, DigitToText, DigitFromText, defaultValue);
   }
   /// @param required  of mandatory entries: whether a pseudo element has to take something.
   template <class Entry>
   Shape& Child(const char* name, const Shape& child, bool required = false) {
+    const int id = child.GetIdentifier();
     if constexpr (std::is_base_of_v<ZuXmlLib16Data::detail::MndClsEntry, Entry>) {
-      const Fill fill = [&child](ZuVariant& value) {
-        value.SetXmlObject(MakeObject(child.GetIdentifier(), child.m_name.c_str()).Get());
-      };
-      return Put(new Entry(name, m_namespace, Property(name, fill), child.m_type, MakeObject,
-                           child.GetIdentifier(), required));
+      const auto fill = [=](ZuVariant& value) { value.SetXmlObject(MakeObject(id, name).Get()); };
+      return Put<Entry>(name, fill, child.elementType, MakeObject, id, required);
     } else {
-      return Put(new Entry(name, m_namespace, Property(name), child.m_type, MakeObject,
-                           child.GetIdentifier()));
+      return Put<Entry>(name, nullptr, child.elementType, MakeObject, id);
     }
   }
   template <class Entry>
-  Shape& Substitute(const char* name, Type type = Type::Element) {
+  Shape& Substitute(const char* name, XmlElementType type = kElement) {
     if constexpr (std::is_same_v<Entry, ZuXmlLib16Data::CElementInfoAllAbsClsMnd>) {
-      return Put(new Entry(name, m_namespace, Property(name), type, MakeSubstitute, 0));
+      return Put<Entry>(name, nullptr, type, MakeSubstitute, 0);
     } else {
-      return Put(new Entry(name, m_namespace, Property(name), type, MakeSubstitute));
+      return Put<Entry>(name, nullptr, type, MakeSubstitute);
     }
   }
   template <class Entry>
-  Shape& Any(const char* name, const char* restriction, const char* targetNamespace = "") {
-    return Put(new Entry(name, m_namespace, Property(name), restriction, targetNamespace));
+  Shape& Any(const char* name, const char* restriction) {
+    return Put<Entry>(name, nullptr, restriction, "");
   }
   /// @param make  makes the collection of a new object.
   /// @param more  further arguments of the entry.
   template <class Entry, class Make, class... More>
   Shape& Items(const char* name, Make make, More... more) {
-    const Fill fill = [make](ZuVariant& value) { value.SetXmlCollection(make()); };
-    return Put(new Entry(name, m_namespace, Property(name, fill), more...));
+    const auto fill = [make](ZuVariant& value) { value.SetXmlCollection(make()); };
+    return Put<Entry>(name, fill, more...);
   }
-  /// Repeated numbers.
   template <class Entry>
   Shape& Numbers(const char* name, int minimum = 0, int maximum = -1) {
     return Items<Entry>(name, [=] {
       return new Ci4Col(name, "", minimum, maximum, "", -1, -1, "", "", "", "", -1, -1, -1,
-                        CWhitespaceUtils::WhitespaceRule::Collapse, "");
+                        kCollapse, "");
     });
   }
-  /// Repeated objects.
   template <class Entry>
   Shape& Objects(const char* name, const Shape& item, int minimum = 0, int maximum = -1);
-  /// @param more  what an attribute entry takes behind its optional flag.
+  /// @param more  what the entry takes behind its optional flag.
   template <class Entry, class... More>
   Shape& Attribute(const char* name, const char* namespaceUri, bool optional, Fill fill,
                    More... more) {
-    m_attributes.back() =
-        new Entry(name, namespaceUri, Property(name, std::move(fill)), optional, more...);
+    m_attributes.back() = new Entry(name, namespaceUri, Property(name, fill), optional, more...);
     m_attributes.push_back(nullptr);
     return *this;
   }
-  Shape& Number(const char* attribute, bool optional = true, const char* defaultValue = "",
+  /// An attribute that is a number below 10.
+  Shape& Number(const char* name, bool optional = true, const char* defaultValue = "",
                 const char* namespaceUri = "") {
-    using ZuXmlLib16Data::CAttributeInfoPrimitive;
-    return Attribute<CAttributeInfoPrimitive>(
-        attribute, namespaceUri, optional, nullptr, ItemType::i4, "",
-        CWhitespaceUtils::WhitespaceRule::Collapse, kOneDigit, defaultValue);
+    return Attribute<ZuXmlLib16Data::CAttributeInfoPrimitive>(name, namespaceUri, optional, nullptr,
+                                                              ItemType::i4, "", kCollapse,
+                                                              kOneDigit, defaultValue);
   }
 
   const CParentElementInfo* GetInfo() const {
     if (m_info == nullptr) {
-      m_info = new CParentElementInfo(m_group, m_type, m_name, m_namespace, m_strict, m_writesType,
+      m_info = new CParentElementInfo(m_group, elementType, m_name, uri, isStrict, writesType,
                                       m_textIndex, m_textType, "", m_textRaw);
     }
     return m_info;
@@ -151,10 +135,8 @@ class Shape {
   /// Null when there are none.
   CElementInfo* const* GetElements() const { return TableOf(m_elements); }
   CAttributeInfo* const* GetAttributes() const { return TableOf(m_attributes); }
-  const std::vector<std::string>& GetLabels() const { return m_labels; }
-  Type GetType() const { return m_type; }
+  const std::string& GetLabel(std::size_t property) const { return m_labels[property]; }
   int GetIdentifier() const { return static_cast<int>(m_identifier); }
-
   std::vector<ZuVariant> NewProperties() const {
     std::vector<ZuVariant> properties(m_fills.size());
     for (std::size_t i = 0; i < properties.size(); ++i) {
@@ -167,6 +149,12 @@ class Shape {
   static CSmartPtr<CXmlObjectBase> MakeObject(int identifier, const char* name);
   /// By xsi:type, else by the element's name; the namespace has to be the class's.
   static CSmartPtr<CXmlObjectBase> MakeSubstitute(CXmlElement* element);
+
+  const XmlElementType elementType;
+  const char* uri = "";
+  bool isStrict = false;
+  bool writesType = false;
+  bool isNillable = false;
 
  private:
   static std::vector<Shape*>& Registry() {
@@ -182,20 +170,16 @@ class Shape {
     m_fills.push_back(std::move(fill));
     return static_cast<int>(m_labels.size()) - 1;
   }
-  Shape& Put(CElementInfo* entry) {
-    m_elements.back() = entry;
+  template <class Entry, class... More>
+  Shape& Put(const char* name, Fill fill, const More&... more) {
+    m_elements.back() = new Entry(name, uri, Property(name, std::move(fill)), more...);
     m_elements.push_back(nullptr);
     return *this;
   }
 
-  std::string m_name;
+  const char* m_name;
   Group m_group;
-  Type m_type;
   std::size_t m_identifier;
-  std::string m_namespace;
-  bool m_strict = false;
-  bool m_writesType = false;
-  bool m_nillable = false;
   bool m_textRaw = false;
   int m_textIndex = -1;
   ItemType m_textType = ItemType::Invalid;
@@ -209,16 +193,15 @@ class Shape {
 /// An object of such a class. It does not clear itself when it is read.
 class BindableClass : public CXmlGeneratedClass {
  public:
-  explicit BindableClass(const Shape& shape, const char* name = "")
+  BindableClass(const Shape& shape, const char* name)
       : properties(shape.NewProperties()), m_shape(shape) {
     SetElementName(name);
   }
 
   void AccessProperty(int propertyIndex, bool read, ZuVariant& value) override {
-    const auto index = static_cast<std::size_t>(propertyIndex);
-    if (index >= properties.size()) throw CZuInvalidParamException("Index out of range");
+    ZuVariant& property = properties.at(static_cast<std::size_t>(propertyIndex));
     if (isFailing) throw CZuInvalidStateException("Failing");
-    (read ? value : properties[index]) = read ? properties[index] : value;
+    (read ? value : property) = read ? property : value;
   }
   const CParentElementInfo* GetClassMetaData() const override { return m_shape.GetInfo(); }
   CElementInfo* const* GetElementMetaData() const override { return m_shape.GetElements(); }
@@ -227,16 +210,16 @@ class BindableClass : public CXmlGeneratedClass {
     ++starts;
   }
 
-  /// The properties that have a value, e.g. "a=1 b=nil c=[1 2] child={x=1}".
+  /// The properties that have a value, e.g. "a=1 b=nil c=[1 2] child={x=1}"; that of text has no
+  /// name.
   std::string Describe() const {
     std::string text;
     for (std::size_t i = 0; i < properties.size(); ++i) {
       const std::string value = Describe(properties[i]);
-      if (value.empty()) continue;
-      const std::string& label = m_shape.GetLabels()[i];
-      text += (text.empty() ? "" : " ") + label + (label.empty() ? "" : "=") + value;
+      const std::string& label = m_shape.GetLabel(i);
+      if (!value.empty()) text += " " + label + (label.empty() ? "" : "=") + value;
     }
-    return text;
+    return text.empty() ? "" : text.substr(1);
   }
 
   std::vector<ZuVariant> properties;
@@ -246,15 +229,17 @@ class BindableClass : public CXmlGeneratedClass {
  private:
   static std::string Describe(const CXmlObjectBase* object) {
     const auto* const bindable = dynamic_cast<const BindableClass*>(object);
-    return bindable != nullptr ? "{" + bindable->Describe() + "}" : Written(*object);
+    if (bindable != nullptr) return "{" + bindable->Describe() + "}";
+    const auto* const attribute = dynamic_cast<const CAttribute*>(object);
+    if (attribute == nullptr) return Written(*object);
+    return attribute->GetNamespace() + ":" + attribute->GetName() + "=" + attribute->GetValue();
   }
   static std::string Describe(const ZuVariant& value) {
     if (value.IsNil()) return "nil";
-    if (const CSmartPtr<CXmlObjectBase> object = value.GetXmlObject())
-      return Describe(object.Get());
-    if (value.GetItemType() == ItemType::XmlObject || !value.IsValid()) return "";
+    if (const auto object = value.GetXmlObject()) return Describe(object.Get());
+    if (!value.IsValid() || value.GetItemType() == ItemType::XmlObject) return "";
     if (value.GetItemType() != ItemType::XmlCollection) return value.ToString();
-    const CSmartPtr<CXmlCollectionBase> items = value.GetXmlCollection();
+    const auto items = value.GetXmlCollection();
     std::string text;
     if (const auto* const numbers = dynamic_cast<const Ci4Col*>(items.Get())) {
       for (const long number : *numbers)
@@ -284,22 +269,20 @@ class NillableBindableClass : public BindableClass, public INillable {
 };
 
 inline CSmartPtr<CXmlObjectBase> Shape::MakeObject(int identifier, const char* name) {
-  const Shape* const shape = Registry()[static_cast<std::size_t>(identifier)];
-  if (shape == nullptr) return nullptr;
-  if (shape->m_nillable) return new NillableBindableClass(*shape, name);
-  return new BindableClass(*shape, name);
+  const Shape& shape = *Registry()[static_cast<std::size_t>(identifier)];
+  if (shape.isNillable) return new NillableBindableClass(shape, name);
+  return new BindableClass(shape, name);
 }
 
 inline CSmartPtr<BindableClass> Shape::Make() const {
-  return dynamic_cast<BindableClass*>(MakeObject(GetIdentifier(), m_name.c_str()).Get());
+  return dynamic_cast<BindableClass*>(MakeObject(GetIdentifier(), m_name).Get());
 }
 
 inline CSmartPtr<CXmlObjectBase> Shape::MakeSubstitute(CXmlElement* element) {
   const std::string type = CClassfactoryBase::GetElementType(element);
   const std::string& name = type.empty() ? element->GetLocalName() : type;
   for (const Shape* shape : Registry()) {
-    if (shape != nullptr && shape->m_name == name &&
-        shape->m_namespace == element->GetNamespaceURI()) {
+    if (shape != nullptr && shape->m_name == name && element->GetNamespaceURI() == shape->uri) {
       return MakeObject(shape->GetIdentifier(), name.c_str());
     }
   }
@@ -308,15 +291,15 @@ inline CSmartPtr<CXmlObjectBase> Shape::MakeSubstitute(CXmlElement* element) {
 
 template <class Entry>
 Shape& Shape::Objects(const char* name, const Shape& item, int minimum, int maximum) {
-  const auto make = [name, &item, minimum, maximum] {
-    return new CXmlClassCol<BindableClass>(name, item.m_namespace, minimum, maximum, item.m_type,
+  const auto make = [=, &item] {
+    return new CXmlClassCol<BindableClass>(name, item.uri, minimum, maximum, item.elementType,
                                            MakeObject, item.GetIdentifier());
   };
-  return Items<Entry>(name, make, item.m_type);
+  return Items<Entry>(name, make, item.elementType);
 }
 
 /// A context with options set by their letters: Unknown elements, Missing mandatory elements,
-/// missing Choices and invalid Item counts ignored; likewise unknown Attributes and Namespaces.
+/// missing Choices, invalid Item counts, unknown Attributes and Namespaces are ignored.
 inline CSerializationContext Ignoring(const std::string& letters) {
   const auto has = [&](char letter) { return letters.find(letter) != std::string::npos; };
   CSerializationContext context;
@@ -331,18 +314,18 @@ inline CSerializationContext Ignoring(const std::string& letters) {
 
 /// What a document gives: the description of the object, or "!" and the message of the failure.
 inline std::string Outcome(BindableClass& object, const std::string& xml,
-                           const CSerializationContext& context) {
+                           const CSerializationContext& context = Ignoring("")) {
   try {
     object.FromXml(xml.c_str(), context);
     return object.Describe();
   } catch (const CZuException& failure) {
-    return "!" + failure.GetMessage();
+    return "!" + failure.GetFullMessage();
   }
 }
 
-/// What writing gives, likewise.
+/// What writing gives: XML, or "!" and the message of the failure.
 inline std::string WriteOutcome(const CXmlObjectBase& object,
-                                const CSerializationContext& context) {
+                                const CSerializationContext& context = Ignoring("")) {
   try {
     return object.ToXml(false, false, EOLType::Lf, context);
   } catch (const CZuException& failure) {
