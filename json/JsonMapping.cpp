@@ -1,7 +1,7 @@
 #include "json/JsonMapping.h"
 
 #include <algorithm>
-#include <numeric>
+#include <functional>
 
 #include "ZuXmlLib16/SerializationContext.h"
 #include "core/Errors.h"
@@ -192,32 +192,38 @@ void JsonMapping::AddNil() {
 
 /// Of attributes of one name the last stays.
 void JsonMapping::DropRepeatedAttributes() {
-  if (m_attributes.size() < 2) return;
-  m_attributeOrder.resize(m_attributes.size());
-  std::iota(m_attributeOrder.begin(), m_attributeOrder.end(), 0);
-  const auto compare = [this](std::size_t a, std::size_t b) {
-    const XmlQName& left = m_attributes[a].name;
-    const XmlQName& right = m_attributes[b].name;
+  const std::size_t count = m_attributes.size();
+  if (count < 2) return;
+  m_attributeOrder.clear();
+  for (std::size_t i = 0; i < count; ++i) {
+    const XmlQName& name = m_attributes[i].name;
+    const std::hash<std::string_view> hash;
+    m_attributeOrder.push_back({hash(name.localName) ^ name.namespaceUri.size(), i});
+  }
+  const auto compare = [this](const HashedAttribute& a, const HashedAttribute& b) {
+    if (a.hash != b.hash) return a.hash < b.hash ? -1 : 1;
+    const XmlQName& left = m_attributes[a.index].name;
+    const XmlQName& right = m_attributes[b.index].name;
     const int order = left.localName.compare(right.localName);
     return order != 0 ? order : left.namespaceUri.compare(right.namespaceUri);
   };
-  std::sort(m_attributeOrder.begin(), m_attributeOrder.end(), [&](std::size_t a, std::size_t b) {
-    const int order = compare(a, b);
-    return order != 0 ? order < 0 : a < b;
-  });
+  std::sort(m_attributeOrder.begin(), m_attributeOrder.end(),
+            [&](const HashedAttribute& a, const HashedAttribute& b) {
+              const int order = compare(a, b);
+              return order != 0 ? order < 0 : a.index < b.index;
+            });
   bool isAnyRepeated = false;
-  for (std::size_t i = 0; i + 1 < m_attributeOrder.size(); ++i) {
+  for (std::size_t i = 0; i + 1 < count; ++i) {
     if (compare(m_attributeOrder[i], m_attributeOrder[i + 1]) != 0) continue;
-    m_attributeItems[m_attributeOrder[i]] = kNone;
+    m_attributes[m_attributeOrder[i].index].name.localName = {};  // to be dropped
     isAnyRepeated = true;
   }
   if (!isAnyRepeated) return;
-  std::size_t kept = 0;
-  for (std::size_t i = 0; i < m_attributes.size(); ++i) {
-    if (i < m_attributeItems.size() && m_attributeItems[i] == kNone) continue;
-    m_attributes[kept++] = m_attributes[i];
-  }
-  m_attributes.resize(kept);
+  const auto isDropped = [](const XmlAttributeEvent& attribute) {
+    return attribute.name.localName.empty();
+  };
+  m_attributes.erase(std::remove_if(m_attributes.begin(), m_attributes.end(), isDropped),
+                     m_attributes.end());
 }
 
 std::string_view JsonMapping::ResolvePrefix(std::string_view prefix) {

@@ -88,6 +88,11 @@ class JsonMapping {
   };
   static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
+  struct HashedAttribute {
+    std::size_t hash;  // of its name
+    std::size_t index;
+  };
+
   void Visit(std::size_t container);
   void VisitTopLevel();
   void VisitMember();
@@ -128,7 +133,7 @@ class JsonMapping {
   std::vector<XmlDeclaration> m_declarations;
   std::vector<XmlAttributeEvent> m_attributes;
   std::vector<std::size_t> m_attributeItems;
-  std::vector<std::size_t> m_attributeOrder;
+  std::vector<HashedAttribute> m_attributeOrder;
 };
 
 }  // namespace detail

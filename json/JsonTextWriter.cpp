@@ -398,7 +398,7 @@ void CJsonTextWriter::WriteAttributeString(CTextRef localName, CTextRef namespac
 
 std::string CJsonTextWriter::DeclaredPrefix(std::string_view namespaceUri) {
   if (const std::string* const prefix = Current()->FindPrefix(namespaceUri)) return *prefix;
-  const std::string prefix = Current()->AllocatePrefix(namespaceUri);
+  std::string prefix = Current()->AllocatePrefix(namespaceUri);
   PutDeclaration(prefix, namespaceUri);
   return prefix;
 }
