@@ -52,7 +52,7 @@ void CXmlWriter::CXmlWriterContext::Reuse(CTextRef name, CTextRef namespaceUri,
                                           std::unique_ptr<CXmlWriterContext>&& parent) {
   // What can fail comes first: the parent must not get lost.
   m_name = UpToNul(name);
-  m_namespaceUri = namespaceUri;
+  if (m_namespaceUri != namespaceUri) m_namespaceUri = namespaceUri;  // mostly the same
   m_prefix.clear();
   m_childCount = 0;
   m_isStartTagOpen = true;
