@@ -55,13 +55,19 @@ inline bool IsClean(std::string_view text) {
   };
   const char* const start = text.data();
   const std::size_t size = text.size();
-  if (size < sizeof(std::uint64_t)) {
-    for (const char c : text) {
-      if (static_cast<signed char>(c) <= 0 || c == '\r') return false;
+  std::uint64_t word = kOnes;
+  if (size < sizeof word) {
+    // The bytes in two pieces that overlap, or one by one.
+    if (size >= 4) {
+      std::memcpy(&word, start, 4);
+      std::memcpy(reinterpret_cast<char*>(&word) + 4, start + size - 4, 4);
+    } else {
+      for (std::size_t i = 0; i < size; ++i) {
+        reinterpret_cast<char*>(&word)[i] = start[i];
+      }
     }
-    return true;
+    return unclean(word) == 0;
   }
-  std::uint64_t word;
   for (std::size_t at = 0; at + sizeof word < size; at += sizeof word) {
     std::memcpy(&word, start + at, sizeof word);
     if (unclean(word) != 0) return false;
@@ -204,9 +210,11 @@ void DocumentEncoder::PutTerminator() {
 }
 
 void DocumentEncoder::TakeOutputWhenFull() {
-  // A buffer doubles its memory, and so much has to be nearly full.
-  constexpr std::size_t kFull = 65536 - 4096;
-  if (m_out.GetSize() > kFull) m_full.push_back(m_out.Take());
+  constexpr std::size_t kBlock = 65536;
+  constexpr std::size_t kFull = kBlock - 4096;
+  if (m_out.GetSize() <= kFull) return;
+  m_full.push_back(m_out.Take());
+  m_out.Reserve(kBlock);
 }
 
 void DocumentEncoder::PutIdentifier(OctetBuffer& out, std::string_view text, StringTable& table,

@@ -120,29 +120,17 @@ void detail::FreePooled(void* memory, std::size_t sizeInBytes) noexcept {
   }
 }
 
-void detail::FIHashIndex::Reserve() {
+void detail::FIHashIndex::Grow() {
   constexpr std::size_t kFirstSize = 16;
-  m_entries.reserve(m_entries.capacity() > m_entries.size() ? 0 : 2 * m_entries.size() + 1);
-  if ((m_entries.size() + 1) * 4 <= m_slots.size() * 3) return;
   const std::size_t size = std::max(kFirstSize, m_slots.size() * 2);
+  m_entries.reserve(size / 4 * 3);
   m_slots = PooledVector<std::uint32_t>(size);
   m_mask = size - 1;
+  m_capacity = size / 4 * 3;
   for (const Entry entry : m_entries) {
-    Place(entry);
+    const std::size_t at = SlotOf(entry.hash, [](std::uint32_t) { return false; });
+    m_slots[at] = (entry.hash & ~kNumberMask) | entry.number;
   }
-}
-
-void detail::FIHashIndex::Insert(std::uint32_t hash, std::uint32_t number) noexcept {
-  m_entries.push_back({hash, number});
-  Place(m_entries.back());
-}
-
-void detail::FIHashIndex::Place(Entry entry) noexcept {
-  std::size_t at = entry.hash & m_mask;
-  while (m_slots[at] != 0) {
-    at = (at + 1) & m_mask;
-  }
-  m_slots[at] = (entry.hash & ~kNumberMask) | entry.number;
 }
 
 CFIVocabulary::CFIStringTable::CFIStringTable(const CFIStringTable& other)
@@ -186,14 +174,12 @@ std::uint32_t CFIVocabulary::CFIStringTable::Announce(std::string_view value) co
 unsigned long CFIVocabulary::CFIStringTable::Add(std::string_view value, std::uint32_t announced,
                                                  unsigned long limit, bool& isNew) {
   isNew = false;
-  const std::uint32_t found = m_index.Find(
-      announced, [&](std::uint32_t number) { return IsEqual((*this)[number], value); });
-  if (found != 0 || GetSize() >= std::min(limit, kMaxEntries)) return found;
-  m_index.Reserve();
-  const unsigned long index = Append(value);
-  m_index.Insert(announced, static_cast<std::uint32_t>(index));
-  isNew = true;
-  return index;
+  return m_index.FindOrAdd(
+      announced, [&](std::uint32_t number) { return IsEqual((*this)[number], value); },
+      [&] {
+        isNew = GetSize() < std::min(limit, kMaxEntries);
+        return isNew ? static_cast<std::uint32_t>(Append(value)) : 0;
+      });
 }
 
 unsigned long CFIVocabulary::CFIStringTable::Append(std::string_view value) {
@@ -229,16 +215,13 @@ unsigned long CFIVocabulary::CFIQNameTable::Find(CQNameParts name) const {
 
 unsigned long CFIVocabulary::CFIQNameTable::Add(CQNameParts name, bool& isNew) {
   const std::uint64_t key = Packed(name);
-  const std::uint32_t hash = HashOf(key);
   isNew = false;
-  const std::uint32_t found =
-      m_index.Find(hash, [&](std::uint32_t number) { return Packed((*this)[number]) == key; });
-  if (found != 0 || IsFull()) return found;
-  m_index.Reserve();
-  const unsigned long index = Append(name);
-  m_index.Insert(hash, static_cast<std::uint32_t>(index));
-  isNew = true;
-  return index;
+  return m_index.FindOrAdd(
+      HashOf(key), [&](std::uint32_t number) { return Packed((*this)[number]) == key; },
+      [&] {
+        isNew = !IsFull();
+        return static_cast<std::uint32_t>(Append(name));
+      });
 }
 
 unsigned long CFIVocabulary::CFIQNameTable::Append(CQNameParts name) {

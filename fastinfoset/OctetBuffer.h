@@ -33,6 +33,10 @@ class OctetBuffer {
     return taken;
   }
 
+  /// Makes room for more octets.
+  void Reserve(std::size_t size) {
+    if (size > m_capacity - m_size) Grow(size);
+  }
   void Put(unsigned int octet) {
     Reserve(1);
     PutOctet(octet);
@@ -108,9 +112,6 @@ class OctetBuffer {
  private:
   static constexpr std::size_t kLongestForm = 5;
 
-  void Reserve(std::size_t size) {
-    if (size > m_capacity - m_size) Grow(size);
-  }
   void Grow(std::size_t size) {
     constexpr std::size_t kFirst = 256;
     const std::size_t capacity = std::max({kFirst, 2 * m_capacity, m_size + size});

@@ -56,22 +56,28 @@ class FIHashIndex {
   /// @return the entry's number, 0 for none.
   template <class Predicate>
   std::uint32_t Find(std::uint32_t hash, Predicate isEntry) const {
-    if (m_slots.empty()) return 0;
-    for (std::size_t at = hash & m_mask;; at = (at + 1) & m_mask) {
-      const std::uint32_t slot = m_slots[at];
-      if (slot == 0) return 0;
-      const std::uint32_t number = slot & kNumberMask;
-      if ((slot ^ hash) <= kNumberMask && isEntry(number)) return number;
-    }
+    return m_slots.empty() ? 0 : m_slots[SlotOf(hash, isEntry)] & kNumberMask;
   }
-  /// Fetches the place of an entry, to be at hand when Find comes a little later.
+  /// Puts an entry in unless it is there.
+  /// @param add  makes the entry that was not found; gives its number, above 0 and less than 2^21,
+  /// or 0 when there is to be none.
+  /// @return the entry's number, 0 for none.
+  template <class Predicate, class Function>
+  std::uint32_t FindOrAdd(std::uint32_t hash, Predicate isEntry, Function add) {
+    if (m_entries.size() == m_capacity) Grow();
+    std::uint32_t& slot = m_slots[SlotOf(hash, isEntry)];
+    if (slot != 0) return slot & kNumberMask;
+    const std::uint32_t number = add();
+    if (number != 0) {
+      m_entries.push_back({hash, number});
+      slot = (hash & ~kNumberMask) | number;
+    }
+    return number;
+  }
+  /// Fetches the place of an entry, to be at hand when it is sought a little later.
   void Prefetch(std::uint32_t hash) const {
     if (!m_slots.empty()) __builtin_prefetch(&m_slots[hash & m_mask]);
   }
-  /// Makes room for one entry more.
-  void Reserve();
-  /// @param number  above 0, less than 2^21, of an entry that is not in here; there must be room.
-  void Insert(std::uint32_t hash, std::uint32_t number) noexcept;
 
  private:
   struct Entry {
@@ -81,12 +87,22 @@ class FIHashIndex {
 
   static constexpr std::uint32_t kNumberMask = (1 << 21) - 1;
 
-  void Place(Entry entry) noexcept;
+  /// The slot of the entry, or the free one where it belongs. There must be slots.
+  template <class Predicate>
+  std::size_t SlotOf(std::uint32_t hash, Predicate isEntry) const {
+    for (std::size_t at = hash & m_mask;; at = (at + 1) & m_mask) {
+      const std::uint32_t slot = m_slots[at];
+      if (slot == 0) return at;
+      if ((slot ^ hash) <= kNumberMask && isEntry(slot & kNumberMask)) return at;
+    }
+  }
+  void Grow();
 
   // A number and the first eleven bits of its hash, 0 when free. A power of two of them.
   PooledVector<std::uint32_t> m_slots;
-  PooledVector<Entry> m_entries;
   std::size_t m_mask = 0;
+  PooledVector<Entry> m_entries;
+  std::size_t m_capacity = 0;  // entries that the slots take
 };
 
 }  // namespace detail
