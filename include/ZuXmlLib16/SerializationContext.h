@@ -119,8 +119,9 @@ class ZUXMLLIB16_API CSerializationContext {
   void SetIndentChars(const char* chars);
 
   /// Deepest nesting of objects that reading accepts; 1000 by default. Reading needs machine stack
-  /// for every level (about a quarter of a kilobyte for untyped content), so raise it only where
-  /// the stack allows. A limit below 1 refuses every document.
+  /// for every level (about a quarter of a kilobyte for untyped content, one for typed objects), so
+  /// raise it only where the stack allows, and lower it in threads with a stack of less than 1.5
+  /// MB. A limit below 1 refuses every document.
   int GetMaxDepth() const { return m_maxDepth; }
   void SetMaxDepth(int depth) { m_maxDepth = depth; }
 

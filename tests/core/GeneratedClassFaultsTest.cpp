@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
+#include <thread>
+#include <utility>
 
 #include "support/BindableClass.h"
 #include "support/ErrorMatch.h"
@@ -138,6 +141,66 @@ TEST(Accessor, MayDropWhatIsBeingReadOrWritten) {
             "remains un processed\nPath: /r");
   outer.SetChild(dropAll);
   EXPECT_EQ(WriteOutcome(*outer.object, kContext), "<r><c/></r>");
+}
+
+/// Every call in turn, by an exception of the library and by another one.
+TEST(Accessor, MayFailAtAnyCall) {
+  Meddling outer;
+  for (const bool isOurs : {true, false}) {
+    int failures = 0;
+    for (int failing = 0; failing == failures; ++failing) {
+      int calls = 0;
+      outer.SetChild([&] {
+        if (calls++ != failing) return;
+        ++failures;
+        if (isOurs) throw CZuInvalidStateException("Failing");
+        throw calls;
+      });
+      try {
+        Outcome(*outer.object, outer.xml, kContext);
+        WriteOutcome(*outer.object, kContext);
+      } catch (int call) {
+        EXPECT_EQ(call, calls);
+      }
+      const Meddling other;
+      Outcome(*other.object, other.xml, kContext);
+      EXPECT_EQ(WriteOutcome(*other.object, kContext), other.xml);
+    }
+    EXPECT_GT(failures, 4);
+  }
+}
+
+TEST(RefusedItems, AreLeftToWhatFollows) {
+  for (const Group group : {Group::Sequence, Group::Choice}) {
+    Shape pair("g", group, kPseudo);
+    if (group == Group::Sequence) {
+      pair.Numbers<CElementInfoSeqPrimCol>("n", 2, 2);
+    } else {
+      pair.Numbers<CElementInfoChoicePrimCol>("n", 2, 2);
+    }
+    Shape shape("r");
+    shape.Child<CElementInfoSeqClsMnd>("g", pair).Numbers<CElementInfoSeqPrimCol>("n");
+    const CSmartPtr<BindableClass> object = shape.Make();
+    EXPECT_EQ(Outcome(*object, "<r><n>1</n></r>", kContext), "g={} n=[1]");
+    EXPECT_EQ(Outcome(*shape.Make(), "<r><n>1</n><n>2</n></r>", kContext), "g={n=[1 2]}");
+  }
+}
+
+TEST(MetaData, IsSharedByThreads) {
+  const Meddling classes;
+  const auto run = [&] {
+    for (int i = 0; i < 50; ++i) {
+      const CSmartPtr<BindableClass> object = classes.shape.Make();
+      Outcome(*object, classes.xml, Ignoring(i % 2 == 0 ? "U" : ""));
+      EXPECT_EQ(WriteOutcome(*object, kContext), classes.xml);
+    }
+  };
+  classes.shape.GetInfo();
+  classes.child.GetInfo();
+  std::thread first(run);
+  std::thread second(run);
+  first.join();
+  second.join();
 }
 
 }  // namespace
