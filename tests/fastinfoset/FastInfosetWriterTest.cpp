@@ -3,6 +3,8 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "ZuXmlLib16/FastInfosetContext.h"
 #include "ZuXmlLib16/FastInfosetWriter.h"
@@ -188,119 +190,76 @@ INSTANTIATE_TEST_SUITE_P(Of, FastInfosetDocument, testing::Values(
   ), [](const auto& document) { return document.param.name; });
 // clang-format on
 
-struct ValueCase {
-  ItemType type;
-  const char* text;
-  const char* octets;  // of the chunk, or of the attribute's value
-};
-
-void ExpectValues(const ValueCase (&cases)[9], bool areAttributes, Mode mode) {
-  CFastInfosetContext context;
-  context.SetTypedValues(mode);
-  for (const ValueCase& value : cases) {
+TEST(FastInfosetWriter, EncodesValuesByTypeWhenToldSo) {
+  const struct {
+    Mode mode;
+    ItemType type;
+    const char* text;
+    const char* attribute;
+    const char* chunk;
+  } cases[] = {
+      // clang-format off
+      {Mode::Binary, ItemType::hexBinary,    "0AFF",       "30 01 0AFF",             "8C 01 0AFF"},
+      {Mode::Binary, ItemType::hexBinary,    "0aff",       "43'0aff'",               "92 01'0aff'"},
+      {Mode::Binary, ItemType::base64Binary, "AQID",       "30 12 010203",           "8C 06 00 010203"},
+      {Mode::Binary, ItemType::base64Binary, "AQ=",        "42'AQ='",                "92 00'AQ='"},
+      {Mode::Binary, ItemType::string,       "AQID",       "43'AQID'",               "92 01'AQID'"},
+      {Mode::Binary, ItemType::boolean,      "true",       "43'true'",               "92 01'true'"},
+      {Mode::Text,   ItemType::hexBinary,    "0AFF",       "43'0AFF'",               "92 01'0AFF'"},
+      {Mode::All,    ItemType::i2,           "-2",         "30 21 FFFE",             "8C 09 FFFE"},
+      {Mode::All,    ItemType::i4,           "-2",         "30 33 FFFFFFFE",         "8C 0E 01 FFFFFFFE"},
+      {Mode::All,    ItemType::i4,           "007",        "42'007'",                "92 00'007'"},
+      {Mode::All,    ItemType::i4,           "4294967296", "30 47 0000000100000000", "8C 12 05 0000000100000000"},
+      {Mode::All,    ItemType::i8,           "1",          "30 47 0000000000000001", "8C 12 05 0000000000000001"},
+      {Mode::All,    ItemType::ui4,          "1",          "40'1'",                  "90'1'"},
+      {Mode::All,    ItemType::r4,           "1.5",        "30 63 3FC00000",         "8C 1A 01 3FC00000"},
+      {Mode::All,    ItemType::r8,           "1.5",        "30 77 3FF8000000000000", "8C 1E 05 3FF8000000000000"},
+      {Mode::All,    ItemType::boolean,      "true",       "30 50 38",               "8C 14 38"},
+      // clang-format on
+  };
+  for (const auto& value : cases) {
+    CFastInfosetContext context;
+    context.SetTypedValues(value.mode);
     const auto calls = [&](CFastInfosetWriter& writer) {
       writer.WriteStartElement("a", "");
-      if (areAttributes) {
-        writer.WriteAttributeString("b", "", value.text, value.type);
-      } else {
-        writer.WriteString(value.text, value.type, false);
-      }
+      writer.WriteAttributeString("b", "", value.text, value.type);
+      writer.WriteString(value.text, value.type, false);
       writer.WriteEndElement();
     };
-    const std::string octets = value.octets;
-    EXPECT_EQ(Written(calls, context), areAttributes
-                                           ? Plain("7C 00'a' 78 00'b' " + octets + " FF F0")
-                                           : Plain("3C 00'a' " + octets + " FF"))
+    EXPECT_EQ(Written(calls, context), Plain(std::string("7C 00'a' 78 00'b' ") + value.attribute +
+                                             "F0" + value.chunk + "FF"))
         << value.text;
   }
 }
 
-TEST(FastInfosetWriter, EncodesValuesByTypeWhenToldSo) {
-  constexpr ValueCase kChunks[] = {
-      {ItemType::hexBinary, "0AFF", "8C 01 0AFF"},
-      {ItemType::base64Binary, "AQID", "8C 06 00 010203"},
-      {ItemType::i2, "-2", "8C 09 FFFE"},
-      {ItemType::i4, "-2", "8C 0E 01 FFFFFFFE"},
-      {ItemType::i4, "4294967296", "8C 12 05 0000000100000000"},
-      {ItemType::i8, "1", "8C 12 05 0000000000000001"},
-      {ItemType::r8, "1.5", "8C 1E 05 3FF8000000000000"},
-      {ItemType::boolean, "true", "8C 14 38"},
-      {ItemType::boolean, "1", "90 31"},
-  };
-  ExpectValues(kChunks, false, Mode::All);
-  constexpr ValueCase kAttributes[] = {
-      {ItemType::hexBinary, "0AFF", "30 01 0AFF"},
-      {ItemType::hexBinary, "0aff", "43 30616666"},
-      {ItemType::base64Binary, "AQID", "30 12 010203"},
-      {ItemType::i2, "7", "30 21 0007"},
-      {ItemType::i4, "-2", "30 33 FFFFFFFE"},
-      {ItemType::i4, "007", "42 303037"},
-      {ItemType::ui4, "1", "40 31"},
-      {ItemType::r4, "1.5", "30 63 3FC00000"},
-      {ItemType::boolean, "false", "30 50 30"},
-  };
-  ExpectValues(kAttributes, true, Mode::All);
-  constexpr ValueCase kBinaryOnly[] = {
-      {ItemType::hexBinary, "0AFF", "8C 01 0AFF"},
-      {ItemType::base64Binary, "AQID", "8C 06 00 010203"},
-      {ItemType::base64Binary, "AQ=", "92 00 41513D"},
-      {ItemType::string, "AQID", "92 01 41514944"},
-      {ItemType::i2, "1", "90 31"},
-      {ItemType::i4, "1", "90 31"},
-      {ItemType::i8, "1", "90 31"},
-      {ItemType::r8, "1", "90 31"},
-      {ItemType::boolean, "true", "92 01 74727565"},
-  };
-  ExpectValues(kBinaryOnly, false, Mode::Binary);
-}
-
-TEST(FastInfosetWriter, IndexesValuesUpToTheLengthsThatAreSet) {
+TEST(FastInfosetWriter, IndexesAsTheSettingsSay) {
   const auto calls = [](CFastInfosetWriter& writer) {
     writer.WriteStartElement("a", "");
-    for (const char* const name : {"b", "c", "d", "e"}) {
-      writer.WriteAttributeString(name, "", *name < 'd' ? "12" : "123", ItemType::string);
+    for (const char* const text : {"xx", "xx", "xyz", "xyz", "yy", "yy"}) {
+      writer.WriteAttributeString(text, "", text, ItemType::string);
     }
-    for (const char* const name : {"b", "c", "d", "e"}) {
-      Element(writer, name, *name < 'd' ? "1234" : "12345");
-    }
-    writer.WriteEndElement();
-  };
-  const std::string names =
-      "7C 00'a' 78 00'b' %1 78 00'c' %2 78 00'd' %3 78 00'e' %3 F0 "
-      "3C 81 %4 F0 3C 82 %5 F0 3C 83 %6 F0 3C 84 %6 FF";
-  const auto with = [&](std::initializer_list<const char*> values) {
-    std::string octets = names;
-    char digit = '1';
-    for (const char* const value : values) {
-      for (std::size_t at = 0; (at = octets.find(std::string("%") + digit)) != std::string::npos;) {
-        octets.replace(at, 2, value);
-      }
-      ++digit;
-    }
-    return Plain(octets) + "F0";
-  };
-  CFastInfosetContext context;
-  context.SetMaxAttributeValueLength(2);
-  context.SetMaxElementValueLength(4);
-  EXPECT_EQ(Written(calls, context),
-            with({"41'12'", "80", "02'123'", "92 01'1234'", "A0", "82 02'12345'"}));
-  context.SetIndexAttributeValues(false);
-  context.SetIndexElementValues(false);
-  EXPECT_EQ(Written(calls, context),
-            with({"01'12'", "01'12'", "02'123'", "82 01'1234'", "82 01'1234'", "82 02'12345'"}));
-}
-
-TEST(FastInfosetWriter, IndexesOnlyAsManyValuesAsAreAllowed) {
-  CFastInfosetContext context;
-  context.SetMaxIndexedValues(1);
-  const auto calls = [](CFastInfosetWriter& writer) {
-    writer.WriteStartElement("a", "");
-    for (const char* const text : {"x", "y", "y", "x"}) {
+    for (const char* const text : {"xx", "xx", "xyz", "xyz", "yy", "yy"}) {
       writer.WriteString(text, ItemType::string, false);
     }
     writer.WriteEndElement();
   };
-  EXPECT_EQ(Written(calls, context), Plain("3C 00'a' 90'x' 80'y' 80'y' A0 FF"));
+  const std::string start = "7C 00'a' ";
+  const auto attributes = [](const char* xx, const char* yy) {
+    return std::string("78 01'xx' 41'xx' 00 ") + xx + "78 02'xyz' 02'xyz' 01 02'xyz' 78 01'yy' " +
+           yy;
+  };
+  CFastInfosetContext context;
+  context.SetMaxAttributeValueLength(2);
+  context.SetMaxElementValueLength(2);
+  EXPECT_EQ(Written(calls, context), Plain(start + attributes("80", "41'yy' 02 81") +
+                                           "F0 91'xx' A0 82 00'xyz' 82 00'xyz' 91'yy' A1 FF"));
+  context.SetMaxIndexedValues(1);
+  EXPECT_EQ(Written(calls, context), Plain(start + attributes("80", "01'yy' 02 01'yy'") +
+                                           "F0 91'xx' A0 82 00'xyz' 82 00'xyz' 81'yy' 81'yy' FF"));
+  context.SetIndexElementValues(false);
+  EXPECT_EQ(Written(calls, context),
+            Plain(start + attributes("80", "01'yy' 02 01'yy'") +
+                  "F0 81'xx' 81'xx' 82 00'xyz' 82 00'xyz' 81'yy' 81'yy' FF"));
 }
 
 TEST(FastInfosetWriter, KeepsCDataSectionsOnRequest) {
@@ -394,81 +353,40 @@ TEST(FastInfosetWriter, RefusesWhatMakesNoDocument) {
                   "A document has only one root element.", "");
 }
 
-struct FormCase {
-  const char* form;
-  unsigned long value;
-  const char* octets;
-};
-
-TEST(OctetBuffer, PutsIndicesInTheirShortestForm) {
-  const FormCase cases[] = {
-      {"bit 2", 1, "00"},
-      {"bit 2", 64, "3F"},
-      {"bit 2", 65, "4000"},
-      {"bit 2", 8256, "5FFF"},
-      {"bit 2", 8257, "600000"},
-      {"bit 2", 1048576, "6FDFBF"},
-      {"bit 3", 1, "00"},
-      {"bit 3", 32, "1F"},
-      {"bit 3", 33, "2000"},
-      {"bit 3", 2080, "27FF"},
-      {"bit 3", 2081, "280000"},
-      {"bit 3", 526368, "2FFFFF"},
-      {"bit 3", 526369, "30000000"},
-      {"bit 3", 1048576, "3007F7DF"},
-      {"bit 4", 1, "00"},
-      {"bit 4", 16, "0F"},
-      {"bit 4", 17, "1000"},
-      {"bit 4", 1040, "13FF"},
-      {"bit 4", 1041, "140000"},
-      {"bit 4", 263184, "17FFFF"},
-      {"bit 4", 263185, "18000000"},
-      {"bit 4", 1048576, "180BFBEF"},
+TEST(OctetBuffer, PutsIndicesAndLengthsInTheirShortestForm) {
+  using detail::OctetBuffer;
+  const auto text = [](unsigned long length) { return std::string(length, 'x'); };
+  const struct {
+    std::function<void(OctetBuffer&, unsigned long)> put;
+    std::vector<std::pair<unsigned long, const char*>> cases;
+  } forms[] = {
+      // clang-format off
+      {[](OctetBuffer& out, unsigned long index) { out.PutIndexOnBit2(0, index); },
+       {{1, "00"}, {64, "3F"}, {65, "4000"}, {8256, "5FFF"}, {8257, "600000"}, {1048576, "6FDFBF"}}},
+      {[](OctetBuffer& out, unsigned long index) { out.PutIndex<3>(0, index); },
+       {{1, "00"}, {32, "1F"}, {33, "2000"}, {2080, "27FF"}, {2081, "280000"}, {526368, "2FFFFF"},
+        {526369, "30000000"}, {1048576, "3007F7DF"}}},
+      {[](OctetBuffer& out, unsigned long index) { out.PutIndex<4>(0, index); },
+       {{1, "00"}, {16, "0F"}, {17, "1000"}, {1040, "13FF"}, {1041, "140000"}, {263184, "17FFFF"},
+        {263185, "18000000"}, {1048576, "180BFBEF"}}},
+      {[&](OctetBuffer& out, unsigned long length) { out.PutString<2>(0, text(length)); },
+       {{1, "00"}, {64, "3F"}, {65, "4000"}, {320, "40FF"}, {321, "6000000000"}, {66000, "600001008F"}}},
+      {[&](OctetBuffer& out, unsigned long length) { out.PutString<5>(0, text(length)); },
+       {{1, "00"}, {8, "07"}, {9, "0800"}, {264, "08FF"}, {265, "0C00000000"}}},
+      {[&](OctetBuffer& out, unsigned long length) { out.PutString<7>(0, text(length)); },
+       {{2, "01"}, {3, "0200"}, {258, "02FF"}, {259, "0300000000"}}},
+      // clang-format on
   };
-  for (const FormCase& index : cases) {
-    detail::OctetBuffer out;
-    switch (index.form[4]) {
-      case '2':
-        out.PutIndexOnBit2(0, index.value);
-        break;
-      case '3':
-        out.PutIndex<3>(0, index.value);
-        break;
-      default:
-        out.PutIndex<4>(0, index.value);
+  for (const auto& form : forms) {
+    for (const auto& [value, octets] : form.cases) {
+      OctetBuffer out;
+      form.put(out, value);
+      const std::string_view put = out.View().substr(0, out.View().find("x"));
+      EXPECT_EQ(CBinaryData::GetAsHexString(reinterpret_cast<const unsigned char*>(put.data()),
+                                            put.size()),
+                octets)
+          << value;
     }
-    EXPECT_EQ(CBinaryData::GetAsHexString(reinterpret_cast<const unsigned char*>(out.GetData()),
-                                          out.GetSize()),
-              index.octets)
-        << index.form << ' ' << index.value;
-  }
-}
-
-TEST(OctetBuffer, PutsLengthsInTheirShortestForm) {
-  const FormCase cases[] = {
-      {"bit 2", 1, "00"},     {"bit 2", 64, "3F"},          {"bit 2", 65, "4000"},
-      {"bit 2", 320, "40FF"}, {"bit 2", 321, "6000000000"}, {"bit 2", 66000, "600001008F"},
-      {"bit 5", 1, "00"},     {"bit 5", 8, "07"},           {"bit 5", 9, "0800"},
-      {"bit 5", 264, "08FF"}, {"bit 5", 265, "0C00000000"}, {"bit 7", 2, "01"},
-      {"bit 7", 3, "0200"},   {"bit 7", 258, "02FF"},       {"bit 7", 259, "0300000000"},
-  };
-  for (const FormCase& length : cases) {
-    const std::string text(length.value, 'x');
-    detail::OctetBuffer out;
-    switch (length.form[4]) {
-      case '2':
-        out.PutString<2>(0, text);
-        break;
-      case '5':
-        out.PutString<5>(0, text);
-        break;
-      default:
-        out.PutString<7>(0, text);
-    }
-    EXPECT_EQ(CBinaryData::GetAsHexString(reinterpret_cast<const unsigned char*>(out.GetData()),
-                                          out.GetSize() - text.size()),
-              length.octets)
-        << length.form << ' ' << length.value;
   }
 }
 
