@@ -19,7 +19,7 @@ enum class Country { US, DE, FR, GB, JP };
 std::string CountryToText(int value);
 int CountryFromText(const std::string& text);
 
-class CAddress : public CXmlGeneratedClass {
+class CAddress : public CXmlDescribedClass<CAddress> {
  public:
   explicit CAddress(const char* elementName = "shipTo") { SetElementName(elementName); }
 
@@ -36,20 +36,12 @@ class CAddress : public CXmlGeneratedClass {
   const std::string& GetZip() const { return m_zip; }
   void SetZip(std::string value) { m_zip = std::move(value); }
   void Clear();
+  static const CClassMetaData& MetaData();
 
  private:
   enum Property : int { kCountry, kName, kStreet, kCity, kState, kZip };
 
   void AccessProperty(int propertyIndex, bool read, ZuVariant& value) override;
-  const CParentElementInfo* GetClassMetaData() const override { return MetaData().GetClassInfo(); }
-  CElementInfo* const* GetElementMetaData() const override { return MetaData().GetElements(); }
-  CAttributeInfo* const* GetAttributeMetaData() const override {
-    return MetaData().GetAttributes();
-  }
-  void OnFromXmlStart(CXmlElement*, CXmlElement*, const CSerializationContext&, bool) override {
-    Clear();
-  }
-  static const CClassMetaData& MetaData();
 
   Country m_country = Country::US;
   std::string m_name;
@@ -59,7 +51,7 @@ class CAddress : public CXmlGeneratedClass {
   std::string m_zip;
 };
 
-class CItem : public CXmlGeneratedClass {
+class CItem : public CXmlDescribedClass<CItem> {
  public:
   explicit CItem(const char* elementName = "item") { SetElementName(elementName); }
 
@@ -79,20 +71,12 @@ class CItem : public CXmlGeneratedClass {
   const std::optional<CBinaryData>& GetThumbnail() const { return m_thumbnail; }
   void SetThumbnail(std::optional<CBinaryData> value) { m_thumbnail = std::move(value); }
   void Clear();
+  static const CClassMetaData& MetaData();
 
  private:
   enum Property : int { kSku, kProductName, kQuantity, kPrice, kShipDate, kThumbnail };
 
   void AccessProperty(int propertyIndex, bool read, ZuVariant& value) override;
-  const CParentElementInfo* GetClassMetaData() const override { return MetaData().GetClassInfo(); }
-  CElementInfo* const* GetElementMetaData() const override { return MetaData().GetElements(); }
-  CAttributeInfo* const* GetAttributeMetaData() const override {
-    return MetaData().GetAttributes();
-  }
-  void OnFromXmlStart(CXmlElement*, CXmlElement*, const CSerializationContext&, bool) override {
-    Clear();
-  }
-  static const CClassMetaData& MetaData();
 
   std::string m_sku;
   std::string m_productName;
@@ -102,32 +86,24 @@ class CItem : public CXmlGeneratedClass {
   std::optional<CBinaryData> m_thumbnail;
 };
 
-class CItemList : public CXmlGeneratedClass {
+class CItemList : public CXmlDescribedClass<CItemList> {
  public:
   explicit CItemList(const char* elementName = "items");
 
   /// At least one.
   const CSmartPtr<CXmlClassCol<CItem>>& GetItem() const { return m_item; }
   void Clear();
+  static const CClassMetaData& MetaData();
 
  private:
   enum Property : int { kItem };
 
   void AccessProperty(int propertyIndex, bool read, ZuVariant& value) override;
-  const CParentElementInfo* GetClassMetaData() const override { return MetaData().GetClassInfo(); }
-  CElementInfo* const* GetElementMetaData() const override { return MetaData().GetElements(); }
-  CAttributeInfo* const* GetAttributeMetaData() const override {
-    return MetaData().GetAttributes();
-  }
-  void OnFromXmlStart(CXmlElement*, CXmlElement*, const CSerializationContext&, bool) override {
-    Clear();
-  }
-  static const CClassMetaData& MetaData();
 
   CSmartPtr<CXmlClassCol<CItem>> m_item;
 };
 
-class CCard : public CXmlGeneratedClass {
+class CCard : public CXmlDescribedClass<CCard> {
  public:
   explicit CCard(const char* elementName = "card") { SetElementName(elementName); }
 
@@ -139,27 +115,19 @@ class CCard : public CXmlGeneratedClass {
   const CDateTime& GetExpires() const { return m_expires; }
   void SetExpires(const CDateTime& value) { m_expires = value; }
   void Clear();
+  static const CClassMetaData& MetaData();
 
  private:
   enum Property : int { kNumber, kHolder, kExpires };
 
   void AccessProperty(int propertyIndex, bool read, ZuVariant& value) override;
-  const CParentElementInfo* GetClassMetaData() const override { return MetaData().GetClassInfo(); }
-  CElementInfo* const* GetElementMetaData() const override { return MetaData().GetElements(); }
-  CAttributeInfo* const* GetAttributeMetaData() const override {
-    return MetaData().GetAttributes();
-  }
-  void OnFromXmlStart(CXmlElement*, CXmlElement*, const CSerializationContext&, bool) override {
-    Clear();
-  }
-  static const CClassMetaData& MetaData();
 
   std::string m_number;
   std::string m_holder;
   CDateTime m_expires;
 };
 
-class CTransfer : public CXmlGeneratedClass {
+class CTransfer : public CXmlDescribedClass<CTransfer> {
  public:
   explicit CTransfer(const char* elementName = "transfer") { SetElementName(elementName); }
 
@@ -169,20 +137,12 @@ class CTransfer : public CXmlGeneratedClass {
   const CDecimal& GetAmount() const { return m_amount; }
   void SetAmount(CDecimal value) { m_amount = std::move(value); }
   void Clear();
+  static const CClassMetaData& MetaData();
 
  private:
   enum Property : int { kIban, kAmount };
 
   void AccessProperty(int propertyIndex, bool read, ZuVariant& value) override;
-  const CParentElementInfo* GetClassMetaData() const override { return MetaData().GetClassInfo(); }
-  CElementInfo* const* GetElementMetaData() const override { return MetaData().GetElements(); }
-  CAttributeInfo* const* GetAttributeMetaData() const override {
-    return MetaData().GetAttributes();
-  }
-  void OnFromXmlStart(CXmlElement*, CXmlElement*, const CSerializationContext&, bool) override {
-    Clear();
-  }
-  static const CClassMetaData& MetaData();
 
   std::string m_iban;
   CDecimal m_amount;
@@ -190,7 +150,7 @@ class CTransfer : public CXmlGeneratedClass {
 
 /// The choice inside an order: a model group, so it has no tag of its own. One member is set at a
 /// time; to set another, clear the one there is first.
-class COrderPayment : public CXmlGeneratedClass {
+class COrderPayment : public CXmlDescribedClass<COrderPayment> {
  public:
   explicit COrderPayment(const char* elementName = "OrderPayment") { SetElementName(elementName); }
 
@@ -209,20 +169,12 @@ class COrderPayment : public CXmlGeneratedClass {
   bool HasInvoice() const { return m_selected == "invoice"; }
   void SetInvoice(std::string value);
   void Clear();
+  static const CClassMetaData& MetaData();
 
  private:
   enum Property : int { kCard, kTransfer, kInvoice };
 
   void AccessProperty(int propertyIndex, bool read, ZuVariant& value) override;
-  const CParentElementInfo* GetClassMetaData() const override { return MetaData().GetClassInfo(); }
-  CElementInfo* const* GetElementMetaData() const override { return MetaData().GetElements(); }
-  CAttributeInfo* const* GetAttributeMetaData() const override {
-    return MetaData().GetAttributes();
-  }
-  void OnFromXmlStart(CXmlElement*, CXmlElement*, const CSerializationContext&, bool) override {
-    Clear();
-  }
-  static const CClassMetaData& MetaData();
 
   std::string m_selected;
   CSmartPtr<CCard> m_card;
@@ -230,7 +182,7 @@ class COrderPayment : public CXmlGeneratedClass {
   std::string m_invoice;
 };
 
-class COrder : public CXmlGeneratedClass {
+class COrder : public CXmlDescribedClass<COrder> {
  public:
   explicit COrder(const char* elementName = "order");
 
@@ -254,20 +206,12 @@ class COrder : public CXmlGeneratedClass {
   const CSmartPtr<COrderPayment>& GetPayment() const { return m_payment; }
   void SetPayment(CSmartPtr<COrderPayment> value);
   void Clear();
+  static const CClassMetaData& MetaData();
 
  private:
   enum Property : int { kId, kDate, kShipTo, kComment, kReference, kItems, kPayment };
 
   void AccessProperty(int propertyIndex, bool read, ZuVariant& value) override;
-  const CParentElementInfo* GetClassMetaData() const override { return MetaData().GetClassInfo(); }
-  CElementInfo* const* GetElementMetaData() const override { return MetaData().GetElements(); }
-  CAttributeInfo* const* GetAttributeMetaData() const override {
-    return MetaData().GetAttributes();
-  }
-  void OnFromXmlStart(CXmlElement*, CXmlElement*, const CSerializationContext&, bool) override {
-    Clear();
-  }
-  static const CClassMetaData& MetaData();
 
   long m_id = 0;
   CDateTime m_date;
@@ -280,26 +224,18 @@ class COrder : public CXmlGeneratedClass {
 };
 
 /// The document element.
-class COrderFeed : public CXmlGeneratedClass {
+class COrderFeed : public CXmlDescribedClass<COrderFeed> {
  public:
   explicit COrderFeed(const char* elementName = "orders");
 
   const CSmartPtr<CXmlClassCol<COrder>>& GetOrder() const { return m_order; }
   void Clear() { m_order->Clear(); }
+  static const CClassMetaData& MetaData();
 
  private:
   enum Property : int { kOrder };
 
   void AccessProperty(int propertyIndex, bool read, ZuVariant& value) override;
-  const CParentElementInfo* GetClassMetaData() const override { return MetaData().GetClassInfo(); }
-  CElementInfo* const* GetElementMetaData() const override { return MetaData().GetElements(); }
-  CAttributeInfo* const* GetAttributeMetaData() const override {
-    return MetaData().GetAttributes();
-  }
-  void OnFromXmlStart(CXmlElement*, CXmlElement*, const CSerializationContext&, bool) override {
-    Clear();
-  }
-  static const CClassMetaData& MetaData();
 
   CSmartPtr<CXmlClassCol<COrder>> m_order;
 };

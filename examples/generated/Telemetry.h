@@ -9,7 +9,7 @@ using namespace ZuXmlLib16;
 
 inline constexpr const char* kNamespace = "urn:bench:telemetry";
 
-class CSample : public CXmlGeneratedClass {
+class CSample : public CXmlDescribedClass<CSample> {
  public:
   explicit CSample(const char* elementName = "sample");
 
@@ -23,20 +23,12 @@ class CSample : public CXmlGeneratedClass {
   /// Switches, at least one.
   const CSmartPtr<CbooleanCol>& GetOk() const { return m_ok; }
   void Clear();
+  static const CClassMetaData& MetaData();
 
  private:
   enum Property : int { kT, kV, kN, kOk };
 
   void AccessProperty(int propertyIndex, bool read, ZuVariant& value) override;
-  const CParentElementInfo* GetClassMetaData() const override { return MetaData().GetClassInfo(); }
-  CElementInfo* const* GetElementMetaData() const override { return MetaData().GetElements(); }
-  CAttributeInfo* const* GetAttributeMetaData() const override {
-    return MetaData().GetAttributes();
-  }
-  void OnFromXmlStart(CXmlElement*, CXmlElement*, const CSerializationContext&, bool) override {
-    Clear();
-  }
-  static const CClassMetaData& MetaData();
 
   CDateTime m_t;
   CSmartPtr<Cr8Col> m_v;
@@ -45,26 +37,18 @@ class CSample : public CXmlGeneratedClass {
 };
 
 /// The document element.
-class CTelemetry : public CXmlGeneratedClass {
+class CTelemetry : public CXmlDescribedClass<CTelemetry> {
  public:
   explicit CTelemetry(const char* elementName = "telemetry");
 
   const CSmartPtr<CXmlClassCol<CSample>>& GetSample() const { return m_sample; }
   void Clear() { m_sample->Clear(); }
+  static const CClassMetaData& MetaData();
 
  private:
   enum Property : int { kSample };
 
   void AccessProperty(int propertyIndex, bool read, ZuVariant& value) override;
-  const CParentElementInfo* GetClassMetaData() const override { return MetaData().GetClassInfo(); }
-  CElementInfo* const* GetElementMetaData() const override { return MetaData().GetElements(); }
-  CAttributeInfo* const* GetAttributeMetaData() const override {
-    return MetaData().GetAttributes();
-  }
-  void OnFromXmlStart(CXmlElement*, CXmlElement*, const CSerializationContext&, bool) override {
-    Clear();
-  }
-  static const CClassMetaData& MetaData();
 
   CSmartPtr<CXmlClassCol<CSample>> m_sample;
 };

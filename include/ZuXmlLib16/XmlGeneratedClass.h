@@ -149,4 +149,27 @@ class ZUXMLLIB16_API CClassMetaData {
   CAttributeInfo** m_attributes;
 };
 
+/// Joins a class with its metadata: what most generated classes have in common.
+/// @tparam T  the class itself. It has `static const CClassMetaData& MetaData()`, and `void
+/// Clear()` makes it as it was when it was made, which every reading begins with.
+/// @tparam Base  another generated class, for a type that extends that one's.
+template <class T, class Base = CXmlGeneratedClass>
+class CXmlDescribedClass : public Base {
+ public:
+  using Base::Base;
+
+  const CParentElementInfo* GetClassMetaData() const override {
+    return T::MetaData().GetClassInfo();
+  }
+  CElementInfo* const* GetElementMetaData() const override { return T::MetaData().GetElements(); }
+  CAttributeInfo* const* GetAttributeMetaData() const override {
+    return T::MetaData().GetAttributes();
+  }
+  void OnFromXmlStart(CXmlElement* /*parentElement*/, CXmlElement* /*firstChildElement*/,
+                      const CSerializationContext& /*context*/,
+                      bool /*isOptionalChoice*/) override {
+    static_cast<T*>(this)->Clear();
+  }
+};
+
 }  // namespace ZuXmlLib16
