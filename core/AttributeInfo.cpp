@@ -149,7 +149,8 @@ bool CAttributeInfoPrimitive::AttributeFromXml(const CSerializationContext& /*co
                                                CXmlGeneratedClass* object,
                                                CXmlAttribute* attribute) {
   // Deliberately unlike the enumerated form: the namespace always counts.
-  if (attribute->GetLocalName() != GetName() || attribute->GetNamespaceURI() != GetNamespace()) {
+  if (attribute == nullptr || attribute->GetLocalName() != GetName() ||
+      attribute->GetNamespaceURI() != GetNamespace()) {
     return false;
   }
   ScratchVariant value(m_itemType);
@@ -184,6 +185,7 @@ void CAttributeInfoAny::AttributeToXml(const CSerializationContext& context,
 
 bool CAttributeInfoAny::AttributeFromXml(const CSerializationContext& /*context*/,
                                          CXmlGeneratedClass* object, CXmlAttribute* attribute) {
+  if (attribute == nullptr) return false;
   const std::string& namespaceUri = attribute->GetNamespaceURI();
   if (!IsNamespaceValid(namespaceUri, m_restriction, m_targetNamespace)) return false;
   ZuVariant value;
