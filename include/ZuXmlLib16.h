@@ -39,6 +39,7 @@
 #include "ZuXmlLib16/SmartPtr.h"
 #include "ZuXmlLib16/Streams.h"
 #include "ZuXmlLib16/TextRef.h"
+#include "ZuXmlLib16/TextWriter.h"
 #include "ZuXmlLib16/UntypedCollections.h"
 #include "ZuXmlLib16/UntypedContent.h"
 #include "ZuXmlLib16/Variant.h"

@@ -10,7 +10,6 @@ namespace ZuXmlLib16 {
 namespace {
 
 constexpr std::string_view kSchemaInstance = "http://www.w3.org/2001/XMLSchema-instance";
-constexpr std::size_t kFlushAbove = 4095;
 
 std::string_view UpToNul(std::string_view text) {
   return text.substr(0, text.find('\0'));
@@ -123,66 +122,28 @@ char ShortEscape(char special) {
 }  // namespace
 
 CJsonTextWriter::CJsonTextWriter(CTextStream& stream, const CJsonContext& settings)
-    : CXmlWriter("CJsonTextWriter", true),
+    : TextWriter("CJsonTextWriter", true, false, stream),
       m_mode(settings.GetSupportRoundtrip()),
-      m_isStrict(settings.GetStrictEscaping()),
-      m_stream(stream) {}
+      m_isStrict(settings.GetStrictEscaping()) {}
 
 CJsonTextWriter::~CJsonTextWriter() = default;
 
-void CJsonTextWriter::Open() {
-  m_stream.Open();
-}
-
-void CJsonTextWriter::Close() {
-  m_stream.Close();
-  CXmlWriter::Close();
-}
-
-void CJsonTextWriter::SetEOLType(EOLType type) {
-  switch (type) {
-    case EOLType::CrLf:
-      m_eol = "\r\n";
-      break;
-    case EOLType::Lf:
-      m_eol = "\n";
-      break;
-    default:
-      ThrowInvalidEolType();
-  }
-  m_eolType = type;
-}
-
-void CJsonTextWriter::SetIndentChars(const char* chars) {
-  m_indentChars = CTextRef(chars);
-  m_indent.clear();
-}
-
 template <class... Parts>
 void CJsonTextWriter::Put(const Parts&... parts) {
-  detail::PutTexts(m_stream, parts...);
-}
-
-void CJsonTextWriter::PutEolWhenFormatting() {
-  if (m_format) Put(m_eol);
+  detail::PutTexts(Stream(), parts...);
 }
 
 void CJsonTextWriter::PutIndent(std::uint64_t below) {
-  if (!m_format) return;
   // Everything inside an open array stands one level further in.
   const std::uint64_t elements = Current() != nullptr ? Current()->GetDepth() + 1 : 0;
-  const std::size_t size = (elements + m_openArrays + below) * m_indentChars.size();
-  while (m_indent.size() < size) {
-    m_indent += m_indentChars;
-  }
-  m_stream.Append(m_indent.data(), size);
+  PutIndentWhenFormatting(elements + m_openArrays + below);
 }
 
 void CJsonTextWriter::PutEscaped(std::string_view text, bool isStrict) {
   constexpr char kHexDigits[] = "0123456789ABCDEF";
   for (;;) {
     const std::size_t run = RunLength(text.data(), text.size(), isStrict);
-    m_stream.Append(text.data(), run);
+    Stream().Append(text.data(), run);
     if (run == text.size() || text[run] == '\0') return;
     const char special = text[run];
     text.remove_prefix(run + 1);
@@ -190,14 +151,14 @@ void CJsonTextWriter::PutEscaped(std::string_view text, bool isStrict) {
     if (letter == '\0') {
       const char escape[] = {
           '\\', 'u', '0', '0', special < 0x10 ? '0' : '1', kHexDigits[special & 0xF]};
-      m_stream.Append(escape, sizeof(escape));
+      Stream().Append(escape, sizeof(escape));
     } else if (isStrict) {
-      m_stream.Append('\\');
-      m_stream.Append(letter);
+      Stream().Append('\\');
+      Stream().Append(letter);
     } else if (special == '\n') {
-      Put(m_eol);
+      Put(Eol());
     } else if (special != '\r') {  // dropped
-      m_stream.Append(special);
+      Stream().Append(special);
     }
   }
 }
@@ -236,10 +197,6 @@ void CJsonTextWriter::PutMember(const Parts&... nameParts) {
 void CJsonTextWriter::PutDeclaration(std::string_view prefix, std::string_view namespaceUri) {
   PutMember(prefix.empty() ? "@xmlns" : "@xmlns:", prefix);
   PutString(namespaceUri);
-}
-
-void CJsonTextWriter::FlushWhenFull() {
-  if (m_stream.GetLength() > kFlushAbove) m_stream.Flush();
 }
 
 CJsonTextWriter::Level& CJsonTextWriter::LevelForMember() {
@@ -437,7 +394,7 @@ void CJsonTextWriter::WriteEndDocument() {
 void CJsonTextWriter::WriteComment(CTextRef text) {
   Put("/* ");
   PutEscaped(text, false);
-  Put(" */", m_eol);
+  Put(" */", Eol());
   FlushWhenFull();
 }
 

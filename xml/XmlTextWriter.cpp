@@ -14,7 +14,6 @@ namespace {
 
 constexpr std::string_view kSchemaInstance = "http://www.w3.org/2001/XMLSchema-instance";
 constexpr std::string_view kCDataStart = "<![CDATA[";
-constexpr std::size_t kFlushAbove = 4095;
 
 /// The bytes that break a run of characters written as they are. NUL ends the text.
 constexpr char kTextSpecials[] = {'&', '<', '>', '\r', '\n', '\0'};
@@ -54,41 +53,13 @@ inline std::size_t RunLength(const char* text, std::size_t length, const char (&
 }  // namespace
 
 CXmlTextWriter::CXmlTextWriter(CTextStream& stream)
-    : CXmlWriter("CXmlTextWriter"), m_stream(stream) {}
+    : TextWriter("CXmlTextWriter", false, true, stream) {}
 
 CXmlTextWriter::~CXmlTextWriter() = default;
 
-void CXmlTextWriter::Open() {
-  m_stream.Open();
-}
-
-void CXmlTextWriter::Close() {
-  m_stream.Close();
-  CXmlWriter::Close();
-}
-
-void CXmlTextWriter::SetEOLType(EOLType type) {
-  switch (type) {
-    case EOLType::CrLf:
-      m_eol = "\r\n";
-      break;
-    case EOLType::Lf:
-      m_eol = "\n";
-      break;
-    default:
-      ThrowInvalidEolType();
-  }
-  m_eolType = type;
-}
-
-void CXmlTextWriter::SetIndentChars(const char* chars) {
-  m_indentChars = CTextRef(chars);
-  m_indent.clear();
-}
-
 template <class... Parts>
 void CXmlTextWriter::Put(const Parts&... parts) {
-  detail::PutTexts(m_stream, parts...);
+  detail::PutTexts(Stream(), parts...);
 }
 
 void CXmlTextWriter::PadAndAppend(std::string_view text, bool inAttribute) {
@@ -114,7 +85,7 @@ void CXmlTextWriter::PadAndAppend(std::string_view text, bool inAttribute) {
         Put("&quot;");
         break;
       case '\n':
-        Put(inAttribute ? "&#xA;" : m_eol);
+        Put(inAttribute ? "&#xA;" : Eol());
         break;
       default:  // a carriage return is dropped
         break;
@@ -122,23 +93,6 @@ void CXmlTextWriter::PadAndAppend(std::string_view text, bool inAttribute) {
     next += run + 1;
     left -= run + 1;
   }
-}
-
-void CXmlTextWriter::PutIndent(std::uint64_t depth) {
-  if (!m_format) return;
-  const std::size_t size = depth * m_indentChars.size();
-  while (m_indent.size() < size) {
-    m_indent += m_indentChars;
-  }
-  m_stream.Append(m_indent.data(), size);
-}
-
-void CXmlTextWriter::PutEolWhenFormatting() {
-  if (m_format) Put(m_eol);
-}
-
-void CXmlTextWriter::FlushWhenFull() {
-  if (m_stream.GetLength() > kFlushAbove) m_stream.Flush();
 }
 
 CXmlWriter::CXmlWriterContext& CXmlTextWriter::ContextOfOpenTag() const {
@@ -169,7 +123,7 @@ void CXmlTextWriter::WriteStartElement(CTextRef localName, CTextRef namespaceUri
 }
 
 void CXmlTextWriter::PutStartTag(CXmlWriterContext& element) {
-  PutIndent(element.m_depth);
+  PutIndentWhenFormatting(element.m_depth);
   if (!FindPrefix(element)) {
     element.m_prefix = element.AllocatePrefix(element.m_namespaceUri);
     element.m_prefixStamp = 0;
@@ -219,7 +173,7 @@ void CXmlTextWriter::WriteString(CTextRef text, ItemType /*type*/, bool isDefaul
   if (isDefault && !m_writeDefaultElementValues) return;
   if (element->m_isStartTagOpen) {
     element->m_isStartTagOpen = false;
-    m_stream.Append('>');
+    Stream().Append('>');
   }
   if (text.substr(0, kCDataStart.size()) == kCDataStart) {
     Put(text.substr(0, text.find('\0')));
@@ -235,7 +189,7 @@ void CXmlTextWriter::WriteEndElement() {
   if (element->m_isStartTagOpen) {
     Put("/>");
   } else {
-    if (element->m_childCount > 0) PutIndent(element->m_depth);
+    if (element->m_childCount > 0) PutIndentWhenFormatting(element->m_depth);
     if (element->m_prefix.empty()) {
       Put("</", element->m_name, ">");
     } else {
@@ -289,7 +243,7 @@ void CXmlTextWriter::WriteAttributeNil() {
 
 void CXmlTextWriter::WriteStartDocument() {
   Put("<?xml version=\"1.0\"");
-  switch (m_stream.GetEncoding()) {
+  switch (Stream().GetEncoding()) {
     case XmlEncoding::Utf8:
       Put(" encoding=\"UTF-8\"");
       break;
@@ -299,39 +253,39 @@ void CXmlTextWriter::WriteStartDocument() {
     default:
       break;
   }
-  Put("?>", m_eol);
+  Put("?>", Eol());
   FlushWhenFull();
 }
 
 void CXmlTextWriter::WriteHeaderDirective(CTextRef text) {
   if (WasElementOpened()) ThrowDirectiveAfterElement();
-  m_stream.Append(std::string(text));
-  Put(m_eol);
+  Stream().Append(std::string(text));
+  Put(Eol());
   FlushWhenFull();
 }
 
 void CXmlTextWriter::WriteComment(CTextRef text) {
   Put("<!--");
   PadAndAppend(text, false);
-  Put("-->", m_eol);
+  Put("-->", Eol());
   FlushWhenFull();
 }
 
 void CXmlTextWriter::WritePI(CTextRef instruction) {
-  m_stream.Append(std::string(instruction));
-  Put(m_eol, m_eol);
+  Stream().Append(std::string(instruction));
+  Put(Eol(), Eol());
   FlushWhenFull();
 }
 
 void CXmlTextWriter::WriteInlineSchema(CTextRef schema) {
-  Put(" ", m_eol);
-  m_stream.Append(std::string(schema));
-  Put(m_eol);
+  Put(" ", Eol());
+  Stream().Append(std::string(schema));
+  Put(Eol());
   FlushWhenFull();
 }
 
 void CXmlTextWriter::WriteRawElement(CTextRef text) {
-  m_stream.Append(std::string(text));
+  Stream().Append(std::string(text));
   PutEolWhenFormatting();
 }
 

@@ -7,11 +7,9 @@
 
 #include "ZuXmlLib16/Export.h"
 #include "ZuXmlLib16/JsonContext.h"
-#include "ZuXmlLib16/XmlWriter.h"
+#include "ZuXmlLib16/TextWriter.h"
 
 namespace ZuXmlLib16 {
-
-class CTextStream;
 
 /// Writes JSON (RFC 8259) into a stream. An element becomes a member of its parent's object: its
 /// text alone, or an object that holds its attributes ("@name"), children and text ("#text"). The
@@ -29,19 +27,14 @@ class CTextStream;
 /// Text that is written before an attribute or child of the same element, or twice, makes the later
 /// call throw CZuException "Attributes must be added before elements"; behind an attribute or child
 /// text may stand anywhere.
-class ZUXMLLIB16_API CJsonTextWriter : public CXmlWriter {
+class ZUXMLLIB16_API CJsonTextWriter : public detail::TextWriter {
  public:
+  /// Pretty-printing is off.
   /// @param stream    not owned; must outlive the writer.
   /// @param settings  its mode and escaping are used; copied.
   explicit CJsonTextWriter(CTextStream& stream, const CJsonContext& settings = CJsonContext());
   ~CJsonTextWriter() override;
 
-  void Open() override;
-  /// Closes the stream.
-  /// @throws CZuException  "An Element has not been closed.", after the stream was closed; what the
-  /// stream throws.
-  void Close() override;
-  /// Writes "/* text */" and a line end. RFC 8259 has no comments.
   void WriteComment(CTextRef text) override;
   /// Writes nothing.
   void WritePI(CTextRef instruction) override;
@@ -67,12 +60,6 @@ class ZUXMLLIB16_API CJsonTextWriter : public CXmlWriter {
   /// The brace behind it.
   void WriteEndDocument();
 
-  /// Pretty-printing; off by default.
-  void SetFormat(bool format) { m_format = format; }
-  /// @throws CZuException  "Invalid EOL type.".
-  void SetEOLType(EOLType type);
-  void SetIndentChars(const char* chars);
-
  private:
   /// What was written of an open element.
   struct Level {
@@ -86,7 +73,6 @@ class ZUXMLLIB16_API CJsonTextWriter : public CXmlWriter {
 
   template <class... Parts>
   void Put(const Parts&... parts);
-  void PutEolWhenFormatting();
   /// @param below  levels below the innermost open element.
   void PutIndent(std::uint64_t below);
   void PutEscaped(std::string_view text, bool isStrict);
@@ -110,18 +96,11 @@ class ZUXMLLIB16_API CJsonTextWriter : public CXmlWriter {
   const std::string* ChildPrefix(std::string_view localName, std::string_view namespaceUri) const;
   /// The prefix of a namespace, which is declared on the innermost open element if need be.
   std::string DeclaredPrefix(std::string_view namespaceUri);
-  void FlushWhenFull();
 
-  std::string m_indentChars = "\t";
-  std::string m_eol = "\n";
-  EOLType m_eolType = EOLType::Lf;
   JsonRoundTrip m_mode;
   bool m_isStrict;
-  bool m_format = false;
-  CTextStream& m_stream;
   std::vector<Level> m_levels;  // those of closed elements are used again
   std::uint64_t m_openArrays = 0;
-  std::string m_indent;  // indent chars, repeated as often as was needed so far
 };
 
 }  // namespace ZuXmlLib16

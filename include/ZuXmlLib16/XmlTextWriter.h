@@ -3,11 +3,9 @@
 #include <string>
 
 #include "ZuXmlLib16/Export.h"
-#include "ZuXmlLib16/XmlWriter.h"
+#include "ZuXmlLib16/TextWriter.h"
 
 namespace ZuXmlLib16 {
-
-class CTextStream;
 
 /// Writes XML text into a stream. Attribute operations throw CZuException "Attributes must be added
 /// before elements" unless the start tag of the current element is open.
@@ -15,18 +13,13 @@ class CTextStream;
 /// Carriage returns of values are dropped; line feeds become the line end in text and "&#xA;" in
 /// attributes. Text that begins with "<![CDATA[" is written as it is. Other control characters and
 /// comments, processing instructions, directives and raw elements are not checked.
-class ZUXMLLIB16_API CXmlTextWriter : public CXmlWriter {
+class ZUXMLLIB16_API CXmlTextWriter : public detail::TextWriter {
  public:
+  /// Pretty-printing is on.
   /// @param stream  not owned; must outlive the writer.
   explicit CXmlTextWriter(CTextStream& stream);
   ~CXmlTextWriter() override;
 
-  void Open() override;
-  /// Closes the stream.
-  /// @throws CZuException  "An Element has not been closed.", after the stream was closed; what the
-  /// stream
-  ///                       throws.
-  void Close() override;
   void WriteComment(CTextRef text) override;
   void WritePI(CTextRef instruction) override;
   void WriteInlineSchema(CTextRef schema) override;
@@ -48,14 +41,6 @@ class ZUXMLLIB16_API CXmlTextWriter : public CXmlWriter {
   /// Ends the start tag of the current element, if there is one, so that a child can follow.
   void CloseParentElm();
 
-  /// Pretty-printing; on by default.
-  bool GetFormat() const { return m_format; }
-  void SetFormat(bool format) { m_format = format; }
-  EOLType GetEOLType() const { return m_eolType; }
-  /// @throws CZuException  "Invalid EOL type.".
-  void SetEOLType(EOLType type);
-  const std::string& GetIndentChars() const { return m_indentChars; }
-  void SetIndentChars(const char* chars);
   /// Whether texts that are default values are written.
   bool GetWriteDefaultElementValues() const { return m_writeDefaultElementValues; }
   void SetWriteDefaultElementValues(bool write) { m_writeDefaultElementValues = write; }
@@ -64,24 +49,15 @@ class ZUXMLLIB16_API CXmlTextWriter : public CXmlWriter {
   template <class... Parts>
   void Put(const Parts&... parts);
   void PadAndAppend(std::string_view text, bool inAttribute);
-  void PutIndent(std::uint64_t depth);
-  void PutEolWhenFormatting();
   void PutStartTag(CXmlWriterContext& element);
   static bool FindPrefix(CXmlWriterContext& element);
   void PutRootDeclarations();
-  void FlushWhenFull();
   CXmlWriterContext& ContextOfOpenTag() const;
   /// The prefix of a namespace for an attribute; declares one on the element when there is none.
   const std::string& AttributePrefix(CXmlWriterContext& element, std::string_view namespaceUri,
                                      std::string_view before);
 
   bool m_writeDefaultElementValues = false;
-  std::string m_indentChars = "\t";
-  std::string m_eol = "\n";
-  EOLType m_eolType = EOLType::Lf;
-  bool m_format = true;
-  CTextStream& m_stream;
-  std::string m_indent;  // indent chars, repeated as often as was needed so far
 };
 
 }  // namespace ZuXmlLib16
