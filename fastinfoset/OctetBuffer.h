@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "ZuXmlLib16/FIVocabulary.h"
+#include "xml/StreamPut.h"
 
 namespace ZuXmlLib16::detail {
 
@@ -122,28 +123,8 @@ class OctetBuffer {
   }
   void PutOctet(unsigned int octet) { m_octets[m_size++] = static_cast<char>(octet); }
   void PutOctets(std::string_view octets) {
-    char* const out = m_octets.get() + m_size;
+    CopyText(m_octets.get() + m_size, octets);
     m_size += octets.size();
-    if (octets.size() > 16) {
-      std::memcpy(out, octets.data(), octets.size());
-    } else {
-      CopyShort(out, octets);
-    }
-  }
-  /// Most strings are short: two pieces that overlap, without a call.
-  static void CopyShort(char* out, std::string_view octets) {
-    const std::size_t size = octets.size();
-    if (size >= 8) {
-      std::memcpy(out, octets.data(), 8);
-      std::memcpy(out + size - 8, octets.data() + size - 8, 8);
-    } else if (size >= 4) {
-      std::memcpy(out, octets.data(), 4);
-      std::memcpy(out + size - 4, octets.data() + size - 4, 4);
-    } else {
-      for (std::size_t i = 0; i < size; ++i) {
-        out[i] = octets[i];
-      }
-    }
   }
   template <int count>
   void PutLow(unsigned long value) {
