@@ -23,7 +23,8 @@ std::string CClassfactoryBase::GetElementTypeNamespaceUri(const CXmlElement* ele
   const std::string& type = TypeAttribute(element);
   const std::size_t colon = type.find(':');
   const std::string prefix = colon == std::string::npos ? std::string() : type.substr(0, colon);
-  const std::string& namespaceUri = element->GetDocument()->LookupNamespaceFromAlias(prefix);
+  const std::string& namespaceUri =
+      element->GetDocument()->LookupNamespaceFromAlias(prefix, element);
   return namespaceUri.empty() ? element->GetNamespaceURI() : namespaceUri;
 }
 

@@ -325,10 +325,17 @@ void CXmlDocument::AppendTextExcludingCR(CXmlElement* element, const char* text)
 void CXmlDocument::AddNamespaceAlias(CTextRef prefix, CTextRef namespaceUri) {
   const auto known = m_aliases.find(prefix);
   if (known != m_aliases.end()) {
+    m_tree->DeclareAgain(prefix, known->second, namespaceUri);
     known->second = namespaceUri;
   } else {
     m_aliases.emplace(prefix, namespaceUri);
   }
+}
+
+const std::string& CXmlDocument::LookupNamespaceFromAlias(CTextRef prefix,
+                                                          const CXmlElement* element) const {
+  const detail::PrefixHistory& history = m_tree->Prefixes();
+  return history.Knows(prefix) ? history.Find(element, prefix) : LookupNamespaceFromAlias(prefix);
 }
 
 const std::string& CXmlDocument::LookupNamespaceFromAlias(CTextRef prefix) const {

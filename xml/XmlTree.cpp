@@ -72,6 +72,7 @@ void XmlTree::Clear() {
   m_nameIndex.clear();
   m_names.clear();
   m_shared.Clear();
+  m_prefixes.Clear();
   m_open.clear();
   m_openText.clear();
 }
@@ -131,6 +132,7 @@ CXmlElement* XmlTree::Open(const XmlName* name) {
     opened.element = m_root = new (*this) TreeElement(&m_document, nullptr, name);
   }
   m_open.push_back(opened);
+  if (!m_prefixes.IsEmpty()) m_prefixes.Open(opened.element);
   return opened.element;
 }
 

@@ -9,6 +9,7 @@
 
 #include "ZuXmlLib16/XmlDocument.h"
 #include "xml/Arena.h"
+#include "xml/PrefixHistory.h"
 
 namespace ZuXmlLib16::detail {
 
@@ -62,6 +63,14 @@ class XmlTree {
   std::string_view CopyText(std::string_view text) { return CopyInto(m_nodes, text); }
   /// A copy for any number of nodes.
   std::string_view CopySharedText(std::string_view text) { return CopyInto(m_shared, text); }
+  /// A declaration, of the element that opens next, of a prefix that was declared before.
+  void DeclareAgain(std::string_view prefix, std::string_view before,
+                    std::string_view namespaceUri) {
+    if (before != namespaceUri || m_prefixes.Knows(prefix)) {
+      m_prefixes.Declare(prefix, before, namespaceUri);
+    }
+  }
+  const PrefixHistory& Prefixes() const { return m_prefixes; }
   void CountString() { ++m_stringCount; }
   /// To be called before a node is added elsewhere than at the innermost open element: memory is
   /// then no longer taken in the order of the elements.
@@ -88,6 +97,7 @@ class XmlTree {
   std::deque<XmlName> m_names;
   std::map<std::string_view, XmlName*>
       m_nameIndex;  // ordered: nobody can choose names that collide
+  PrefixHistory m_prefixes;
   CXmlElement* m_root = nullptr;
   std::vector<OpenElement> m_open;
   std::string m_openText;         // texts of the open elements, one behind the other

@@ -21,6 +21,7 @@ class CXmlElement;
 
 namespace detail {
 
+class PrefixHistory;
 class XmlTree;
 
 /// What an attribute's name means to the readers of objects.
@@ -168,6 +169,7 @@ class ZUXMLLIB16_API CXmlElement : public CInstanceMonitor {
 
  private:
   friend class CXmlAttribute;
+  friend class detail::PrefixHistory;
   friend class detail::XmlTree;
 
   class PrefixTable;
@@ -261,11 +263,14 @@ class ZUXMLLIB16_API CXmlDocument : public CInstanceMonitor {
   /// Appends text up to length bytes or its first NUL, without its carriage returns.
   void AppendTextExcludingCR(CXmlElement* element, const char* text, unsigned long length);
   void AppendTextExcludingCR(CXmlElement* element, const char* text);
-  /// Records a declared prefix; a later declaration of the same prefix replaces it.
+  /// Records a prefix that the element opened next declares; a later declaration of the same prefix
+  /// replaces it.
   void AddNamespaceAlias(CTextRef prefix, CTextRef namespaceUri);
 
   /// @return the URI last declared for the prefix, or "".
   const std::string& LookupNamespaceFromAlias(CTextRef prefix) const;
+  /// @return the URI that the prefix stands for at an element of this document, or "".
+  const std::string& LookupNamespaceFromAlias(CTextRef prefix, const CXmlElement* element) const;
   /// @return the first prefix, in ascending order, declared for the URI, or "".
   const std::string& LookupAliasFromNamespace(CTextRef namespaceUri) const;
 

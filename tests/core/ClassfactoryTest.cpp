@@ -42,5 +42,26 @@ TEST(Classfactory, ReadsTypeAndItsNamespace) {
                   "The Property [element] is mandatory, it may node be NULL", "");
 }
 
+TEST(Classfactory, TakesThePrefixAsItIsDeclaredAtTheElement) {
+  const auto namespaces = [](const CXmlElement* element, auto&& self) -> std::string {
+    std::string found;
+    for (; element != nullptr; element = element->GetNextSiblingElement()) {
+      found += CClassfactoryBase::GetElementTypeNamespaceUri(element) + " ";
+      found += self(element->GetFirstElement(), self);
+    }
+    return found;
+  };
+  CXmlDocument document;
+  for (const bool isReloaded : {false, true}) {
+    SCOPED_TRACE(isReloaded);
+    document.LoadXml(
+        "<r xmlns:i='http://www.w3.org/2001/XMLSchema-instance' xmlns:p='urn:1' i:type='p:T'>"
+        "<a xmlns:p='urn:1' i:type='p:T'/><a xmlns:p='urn:2' i:type='p:T'><a i:type='p:T'>"
+        "<a xmlns:p='urn:3' i:type='p:T'/></a><a i:type='p:T'/></a><a i:type='p:T'/></r>");
+    EXPECT_EQ(namespaces(document.GetDocumentElement(), namespaces),
+              "urn:1 urn:1 urn:2 urn:2 urn:3 urn:2 urn:1 ");
+  }
+}
+
 }  // namespace
 }  // namespace ZuXmlLib16
