@@ -315,19 +315,20 @@ void CJsonTextWriter::StartRoot(CTextRef localName, CTextRef namespaceUri) {
     PushLevel(localName, namespaceUri);
     return;
   }
-  const CNamespaceMap declared = RootNamespaceMap();
+  m_prefixes = RootNamespaceMap();
   const bool isBare = namespaceUri.empty() || namespaceUri == RootDefaultNamespace();
   const bool isAllocated = !isBare && FindRootPrefix(namespaceUri) == nullptr;
   // In the map before the root's scope copies it, so that attributes and children have it too.
-  if (isAllocated) AddNamespace(GetUniquePrefix(declared), namespaceUri);
+  if (isAllocated) AddNamespace(GetUniquePrefix(m_prefixes), namespaceUri);
   const std::string* const prefix = isBare ? nullptr : FindRootPrefix(namespaceUri);
   PutName(prefix, localName);
   PushLevel(localName, namespaceUri);
   if (isAllocated) PutDeclaration(*prefix, namespaceUri);
   if (!RootDefaultNamespace().empty()) PutDeclaration("", RootDefaultNamespace());
-  for (const auto& [uri, declaredPrefix] : declared) {
+  for (const auto& [uri, declaredPrefix] : m_prefixes) {
     if (uri != XML_NAMESPACE) PutDeclaration(declaredPrefix, uri);
   }
+  if (isAllocated) m_prefixes.emplace(namespaceUri, *prefix);
 }
 
 void CJsonTextWriter::StartChild(CTextRef localName, CTextRef namespaceUri) {
@@ -398,9 +399,12 @@ void CJsonTextWriter::WriteAttributeString(CTextRef localName, CTextRef namespac
 
 std::string CJsonTextWriter::DeclaredPrefix(std::string_view namespaceUri) {
   if (const std::string* const prefix = Current()->FindPrefix(namespaceUri)) return *prefix;
-  std::string prefix = Current()->AllocatePrefix(namespaceUri);
-  PutDeclaration(prefix, namespaceUri);
-  return prefix;
+  // The same wherever it is declared: a prefix inside a value is looked up in the document.
+  const auto [entry, isNew] = m_prefixes.try_emplace(std::string(namespaceUri));
+  if (isNew) entry->second = GetUniquePrefix(m_prefixes);
+  Current()->SetNamespaceMapValue(namespaceUri, entry->second);
+  PutDeclaration(entry->second, namespaceUri);
+  return entry->second;
 }
 
 void CJsonTextWriter::WriteAttributeType(CTextRef typeNamespaceUri, CTextRef typeName,

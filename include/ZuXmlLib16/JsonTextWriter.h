@@ -121,7 +121,8 @@ class ZUXMLLIB16_API CJsonTextWriter : public CXmlWriter {
   CTextStream& m_stream;
   std::vector<Level> m_levels;  // those of closed elements are used again
   std::uint64_t m_openArrays = 0;
-  std::string m_indent;  // indent chars, repeated as often as was needed so far
+  CNamespaceMap m_prefixes;  // all that were declared, wherever
+  std::string m_indent;      // indent chars, repeated as often as was needed so far
 };
 
 }  // namespace ZuXmlLib16
