@@ -36,7 +36,6 @@ XmlTextSink::XmlTextSink(std::size_t limit)
 void XmlTextSink::StartElement(const XmlQName& name,
                                const std::vector<XmlDeclaration>& declarations,
                                const std::vector<XmlAttributeEvent>& attributes) {
-  if (m_limit != 0 && m_document.size() > m_limit) ThrowDocumentTooLarge(m_limit);
   CloseStartTag();
   m_document += '<';
   AppendName(name);
@@ -65,11 +64,12 @@ void XmlTextSink::EndElement(const XmlQName& name) {
   if (m_isStartTagOpen) {
     m_document += "/>";
     m_isStartTagOpen = false;
-    return;
+  } else {
+    m_document += "</";
+    AppendName(name);
+    m_document += '>';
   }
-  m_document += "</";
-  AppendName(name);
-  m_document += '>';
+  if (m_limit != 0 && m_document.size() > m_limit) ThrowDocumentTooLarge(m_limit);
 }
 
 CBinaryData XmlTextSink::GetDocument() const {

@@ -16,10 +16,10 @@ class XmlTextSink final : public XmlSink {
   /// each item, so that it may be much longer than the JSON it comes from.
   explicit XmlTextSink(std::size_t limit);
 
-  /// @throws CZuException  the document is larger than the limit.
   void StartElement(const XmlQName& name, const std::vector<XmlDeclaration>& declarations,
                     const std::vector<XmlAttributeEvent>& attributes) override;
   void AddText(std::string_view text) override;
+  /// @throws CZuException  the document is larger than the limit.
   void EndElement(const XmlQName& name) override;
 
   CBinaryData GetDocument() const;

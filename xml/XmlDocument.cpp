@@ -233,9 +233,19 @@ std::string CXmlDocument::TakeJsonFile(const char* path) {
 
 std::string CXmlDocument::DecodeJson(const unsigned char* data, unsigned long size) const {
   const detail::Inflated inflated = detail::Inflate(data, size, m_context->GetMaxDocumentSize());
-  if (inflated.status == detail::InflateStatus::Complete) {
-    data = inflated.data.get();
-    size = inflated.length;
+  switch (inflated.status) {
+    case detail::InflateStatus::NotCompressed:
+      break;
+    case detail::InflateStatus::Complete:
+      data = inflated.data.get();
+      size = inflated.length;
+      break;
+    case detail::InflateStatus::Damaged:  // fails at its first byte
+      try {
+        ConvertJson(LocalText(data, size));
+      } catch (const CZuException& failure) {
+        ThrowDamagedInput(failure.GetMessage(), inflated.cause);
+      }
   }
   constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
   const bool isMarked = size >= kByteOrderMark.size() &&
