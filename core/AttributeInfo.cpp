@@ -109,7 +109,7 @@ bool CAttributeInfoEnum::AttributeFromXml(const CSerializationContext& context,
                                           CXmlGeneratedClass* object, CXmlAttribute* attribute) {
   if (!IsThisAttribute(context, attribute)) return false;
   ZuVariant value;
-  value.SetI4(m_textToEnum(attribute->GetValue()));
+  value.SetI4(m_textToEnum(std::string(attribute->GetValueView())));
   InvokePropertySet(object, value, *attribute);
   return true;
 }
@@ -192,8 +192,8 @@ bool CAttributeInfoAny::AttributeFromXml(const CSerializationContext& /*context*
   InvokePropertyGet(object, value);
   auto* const attributes = dynamic_cast<CAttributeCol*>(VariantAccess::Collection(value));
   if (attributes == nullptr) ZuXmlLib16::ThrowNoAttributeCollection();
-  attributes->Add(attribute->GetLocalName().c_str(), attribute->GetValue().c_str(),
-                  namespaceUri.c_str());
+  const std::string text(attribute->GetValueView());
+  attributes->Add(attribute->GetLocalName().c_str(), text.c_str(), namespaceUri.c_str());
   return true;
 }
 

@@ -198,8 +198,8 @@ void CElementInfo::ElementFromXmlEnum(const CSerializationContext& context,
   if (IsNil(context, element)) {
     value.SetNil();
   } else {
-    const std::string& text = element.GetText();
-    value.SetI4(m_textToEnum(text.empty() ? m_defaultValue : text));
+    const std::string_view text = element.GetTextView();
+    value.SetI4(m_textToEnum(text.empty() ? m_defaultValue : std::string(text)));
   }
   InvokePropertySet(object, value, element);
   *current = element.GetNextSiblingElement();

@@ -16,14 +16,23 @@ void TreeBuilder::StartNamespace(std::string_view prefix, std::string_view names
 }
 
 void TreeBuilder::StartElement(const char* spelling, std::size_t attributeCount) {
-  XmlName* const guess = m_lastName != nullptr ? m_lastName->next : nullptr;
-  XmlName* const name = m_tree.NameOfSpelling(spelling, guess);
-  if (m_lastName != nullptr) m_lastName->next = name;
+  XmlName* const name = NameAfterLast(spelling);
   m_lastName = name;
   m_element = m_tree.Open(name);
   if (attributeCount == 0) return;
   m_tree.AttributesOf(*m_element).reserve(attributeCount);
   m_nextAttribute = &name->firstAttribute;
+}
+
+/// Names mostly follow one another as they did before.
+XmlName* TreeBuilder::NameAfterLast(const char* spelling) {
+  if (m_lastName == nullptr) return m_tree.NameOfSpelling(spelling, nullptr);
+  XmlName* const next = m_lastName->next;
+  if (next != nullptr && std::strcmp(next->spelling, spelling) == 0) return next;
+  XmlName* const name = m_tree.NameOfSpelling(spelling, m_lastName->otherNext);
+  m_lastName->otherNext = next;
+  m_lastName->next = name;
+  return name;
 }
 
 void TreeBuilder::AddAttribute(const char* spelling, std::string_view value) {

@@ -27,6 +27,7 @@ class TreeBuilder {
   void EndElement() { m_tree.Close(); }
 
  private:
+  XmlName* NameAfterLast(const char* spelling);
   void AddLocalText(std::string_view utf8);
   /// utf8 as local text, valid until the next call.
   std::string_view Local(std::string_view utf8);

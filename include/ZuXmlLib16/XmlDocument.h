@@ -34,6 +34,7 @@ struct XmlName {
   AttributeKind kind = AttributeKind::Plain;
   const char* spelling = nullptr;     ///< as the parser gives it: namespace URI, '|', local name
   XmlName* next = nullptr;            ///< the name that came after this one last time
+  XmlName* otherNext = nullptr;       ///< another one that did before, null for none
   XmlName* firstAttribute = nullptr;  ///< the first attribute of the last element of this name
 };
 
