@@ -209,7 +209,7 @@ void FastInfosetParser::ReadChunk(unsigned int octet) {
 
 void FastInfosetParser::AddText(std::string_view text, bool isLasting) {
   Deliver(text.size());
-  m_tree.AddTextAtOnce(text, isLasting);
+  m_tree.AddText(text, isLasting);
 }
 
 }  // namespace ZuXmlLib16::detail

@@ -97,11 +97,11 @@ void CExpatReader::CState::FnText(void* userData, const XML_Char* text, int leng
 }
 
 void CExpatReader::CState::FnStartCData(void* userData) {
-  Guard(userData, [](CState& state) { state.m_tree.AddText("<![CDATA[", 9); });
+  Guard(userData, [](CState& state) { state.m_tree.AddText("<![CDATA[", true); });
 }
 
 void CExpatReader::CState::FnEndCData(void* userData) {
-  Guard(userData, [](CState& state) { state.m_tree.AddText("]]>", 3); });
+  Guard(userData, [](CState& state) { state.m_tree.AddText("]]>", true); });
 }
 
 void CExpatReader::CState::FnStartNamespace(void* userData, const XML_Char* prefix,

@@ -53,7 +53,7 @@ void TreeBuilder::AddText(std::string_view text) {
 
 void TreeBuilder::AddLocalText(std::string_view utf8) {
   const std::string_view local = Local(utf8);
-  m_tree.AddText(local.data(), local.size());
+  m_tree.AddText(local, false);
 }
 
 std::string_view TreeBuilder::Local(std::string_view utf8) {

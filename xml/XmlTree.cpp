@@ -147,7 +147,7 @@ CXmlElement* XmlTree::AddChild(CXmlElement& parent, const XmlName* name) {
   return child;
 }
 
-void XmlTree::AddTextAtOnce(std::string_view text, bool isLasting) {
+void XmlTree::AddText(std::string_view text, bool isLasting) {
   const OpenElement& innermost = m_open.back();
   DocumentText& whole = innermost.element->m_text;
   if (whole.View().empty() && m_openText.size() == innermost.textStart) {

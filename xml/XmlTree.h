@@ -37,12 +37,9 @@ class XmlTree {
 
   /// Opens a child of the innermost open element, or the root.
   CXmlElement* Open(const XmlName* name);
-  /// Adds text to the innermost open element; taken over by the element when it is closed.
-  void AddText(const char* text, std::size_t length) { m_openText.append(text, length); }
-  /// The same without a detour for an element that gets only one text. A tree takes its texts in
-  /// one of the two ways.
+  /// Adds text to the innermost open element. Mostly it is the only one.
   /// @param isLasting  whether the text lasts as long as the tree and need not be copied.
-  void AddTextAtOnce(std::string_view text, bool isLasting);
+  void AddText(std::string_view text, bool isLasting);
   void Close();
   /// Gives the elements that are still open the text they have so far.
   void KeepOpenText();
@@ -100,7 +97,7 @@ class XmlTree {
   PrefixHistory m_prefixes;
   CXmlElement* m_root = nullptr;
   std::vector<OpenElement> m_open;
-  std::string m_openText;         // texts of the open elements, one behind the other
+  std::string m_openText;  // of the open elements that have several texts, one behind the other
   std::size_t m_stringCount = 0;  // texts that became a std::string since the tree was empty
   bool m_mayRewind = true;        // whether a discarded element gives its memory back at once
 };
