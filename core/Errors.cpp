@@ -735,8 +735,8 @@ void ThrowFastInfosetTextTooLong() {
   throw CZuException("The text is too long for Fast Infoset.");
 }
 
-void ThrowEmptyFastInfosetName() {
-  throw CZuException("A name in Fast Infoset must not be empty.");
+void ThrowNoFastInfosetName(std::string_view name) {
+  throw CZuException("The name [" + std::string(name) + "] cannot be written as Fast Infoset.");
 }
 
 void ThrowInvalidFacetNumber(const char* name, const std::string& value) {

@@ -242,7 +242,7 @@ struct JsonPlace {
 [[noreturn]] void ThrowSecondRootElement();
 [[noreturn]] void ThrowInvalidInstruction(std::string_view text);
 [[noreturn]] void ThrowFastInfosetTextTooLong();
-[[noreturn]] void ThrowEmptyFastInfosetName();
+[[noreturn]] void ThrowNoFastInfosetName(std::string_view name);
 
 // Facets
 /// @param name  of the element or attribute; null counts as "".

@@ -11,6 +11,7 @@
 #include "core/Errors.h"
 #include "fastinfoset/EncodingAlgorithms.h"
 #include "fastinfoset/Identification.h"
+#include "fastinfoset/Names.h"
 #include "xml/CharacterSet.h"
 
 namespace ZuXmlLib16::detail {
@@ -145,7 +146,6 @@ void CheckLength(std::string_view octets) {
 
 /// Puts a part of a name, or what else identifies something.
 void PutLiteral(OctetBuffer& out, std::string_view text) {
-  if (text.empty()) ThrowEmptyFastInfosetName();
   CheckLength(text);
   out.PutIdentifier(text);
 }
@@ -249,9 +249,11 @@ unsigned long DocumentEncoder::PutUnlessKnown(OctetBuffer& out, const DocumentNa
   if (index != 0) {
     // What is not clean may be the same octets as another name in UTF-8.
     const bool isPlain = localName.data() == name.localName.data();
-    names.predictor.Learn(name, isPlain ? localNames[parts.localName] : "", index);
+    if (isPlain) names.predictor.Learn(name, localNames[parts.localName], index);
     if (!isNewName) return index;
   }
+  const bool isDeclaration = &names == &m_attributeNames && !hasNamespace && localName == "xmlns";
+  if (isDeclaration || !IsNamePart(localName)) ThrowNoFastInfosetName(name.localName);
   out.Put(names.literal | (hasPrefix ? kHasPrefix : 0) | (hasNamespace ? kHasNamespace : 0));
   const auto putPart = [&](unsigned int partIndex, bool isNew, std::string_view text) {
     partIndex != 0 && !isNew ? out.PutIdentifier(partIndex) : PutLiteral(out, text);
@@ -276,6 +278,7 @@ void DocumentEncoder::AddDeclaration(NamespacePrefix& prefix, NamespaceName* nam
   m_declarations.Put(kDeclaration | (hasPrefix ? kHasPrefix : 0) |
                      (name != nullptr ? kHasNamespace : 0));
   if (hasPrefix) {
+    if (!IsNamePart(Clean(prefix.text, m_clean))) ThrowNoFastInfosetName(prefix.text);
     PutIdentifier(m_declarations, Clean(prefix.text, m_clean), vocabulary.GetPrefixNamesTable(),
                   prefix.index);
   }

@@ -139,10 +139,13 @@ void FastInfosetParser::ReadNamespaces() {
 /// A declaration counts as an attribute, although only without namespaces it becomes one.
 void FastInfosetParser::AddDeclaration(std::string_view prefix, std::string_view namespaceUri) {
   Deliver(prefix.size() + namespaceUri.size());
-  m_document.AddNamespaceAlias(prefix, namespaceUri);
   std::string name = "xmlns";
   if (!prefix.empty()) name.append(1, ':').append(prefix);
-  if (!m_hasNamespaces) namespaceUri = m_tree.CopySharedText(namespaceUri);
+  if (m_hasNamespaces) {
+    m_document.AddNamespaceAlias(prefix, namespaceUri);
+  } else {
+    namespaceUri = m_tree.CopySharedText(namespaceUri);
+  }
   m_attributes.push_back({m_tree.NameOf({}, name), namespaceUri});
 }
 

@@ -4,6 +4,7 @@
 
 #include "ZuXmlLib16/Exceptions.h"
 #include "core/Errors.h"
+#include "fastinfoset/Names.h"
 
 namespace ZuXmlLib16::detail {
 namespace {
@@ -18,23 +19,6 @@ std::size_t DeliveryLimit(const CSerializationContext& context, std::size_t docu
   limit = std::max(limit, kAlwaysDelivered);
   const std::size_t sizeLimit = context.GetMaxDocumentSize();
   return sizeLimit != 0 ? std::min(limit, sizeLimit) : limit;
-}
-
-bool IsLetterOrBeyondAscii(unsigned char byte) {
-  const unsigned int letter = (byte | 0x20U) - 'a';
-  return letter < 26 || byte == '_' || byte >= 0x80;
-}
-
-bool IsNameByte(unsigned char byte) {
-  return IsLetterOrBeyondAscii(byte) || byte == '-' || byte == '.' || (byte >= '0' && byte <= '9');
-}
-
-/// Whether a name can stand in XML without becoming markup; beyond ASCII every character may be
-/// part of a name.
-bool IsName(std::string_view utf8) {
-  return IsLetterOrBeyondAscii(static_cast<unsigned char>(utf8.front())) &&
-         std::all_of(utf8.begin(), utf8.end(),
-                     [](char byte) { return IsNameByte(static_cast<unsigned char>(byte)); });
 }
 
 }  // namespace
@@ -85,7 +69,7 @@ std::string_view FastInfosetParser::Identifier(StringTable& table, Keep keep) {
 
 std::string_view FastInfosetParser::CheckedNamePart(std::string_view utf8) {
   const std::string_view text = Kept(utf8);
-  if (!IsName(utf8)) ThrowFastInfosetName(text);
+  if (!IsNamePart(utf8)) ThrowFastInfosetName(text);
   return text;
 }
 

@@ -30,7 +30,7 @@ class NamePredictor {
   }
 
   /// Tells the index of a name that was not predicted.
-  /// @param localName  the one of the table, which stays; "" for names that must be looked up.
+  /// @param localName  the one of the table, which stays.
   void Learn(const DocumentName& name, std::string_view localName, unsigned long index) {
     if (index >= m_known.size()) m_known.resize(index + 1);
     const NamespaceName* const bound = name.prefix != nullptr ? name.prefix->bound : nullptr;

@@ -41,6 +41,7 @@ void Run(const Command& command) {
 /// The messages of an exception and its causes on one line.
 std::string OneLine(const ZuXmlLib16::CZuException& error) {
   std::string text = error.GetFullMessage();
+  ZuXmlLib16::FindReplace(text, ".\nPath: ", ", at ");
   ZuXmlLib16::FindReplace(text, "\nPath: ", ", at ");
   ZuXmlLib16::FindReplace(text, ":\n", ": ");
   ZuXmlLib16::FindReplace(text, "\n", ": ");

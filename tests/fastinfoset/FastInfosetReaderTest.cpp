@@ -201,9 +201,14 @@ TEST_F(FastInfosetReader, FollowsTheOptionsOfTheContext) {
   context.SetStripCDATA(false);
   context.SetSchemaType(SchemaType::NoNamespaces);
   EXPECT_EQ(OutlineOf(octets, context), "{}p:a\n @{}xmlns:p=u\n @{}p:b=c\n \"1<![CDATA[2]]>\"\n");
-  CXmlDocument document;
-  Load(document, octets);
-  EXPECT_EQ(document.LookupNamespaceFromAlias("p"), "u");
+  for (const SchemaType type :
+       {SchemaType::NoNamespaces, CSerializationContext().GetSchemaType()}) {
+    context.SetSchemaType(type);
+    CXmlDocument document(context);
+    Load(document, octets);
+    const bool hasNamespaces = type != SchemaType::NoNamespaces;
+    EXPECT_EQ(document.LookupNamespaceFromAlias("p"), hasNamespaces ? "u" : "");
+  }
 }
 
 TEST_F(FastInfosetReader, SharesTextsWithElementsThatAreDiscarded) {

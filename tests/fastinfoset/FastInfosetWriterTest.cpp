@@ -279,7 +279,9 @@ TEST(FastInfosetWriter, WritesTextInUtf8) {
   {
     const CharacterTypeLocale utf8("C.UTF-8");
     EXPECT_EQ(Written(text), Plain("3C 00'a' 92 00 E282AC FF"));
-    EXPECT_EQ(Written(latinText), Plain("3C 00'?' 90'?' FF")) << "malformed";
+    EXPECT_EQ(Written([](CFastInfosetWriter& w) { Element(w, "a", "\xE4\r"); }),
+              Plain("3C 00'a' 90'?' FF"))
+        << "malformed";
   }
   const CharacterTypeLocale latin("de_DE.ISO-8859-1");
   if (!latin.IsAvailable()) GTEST_SKIP();
@@ -346,11 +348,33 @@ TEST(FastInfosetWriter, RefusesWhatMakesNoDocument) {
                   "Attributes must be added before elements", "");
   EXPECT_ZU_ERROR(CZuException, writer.WriteInlineSchema("<s>"), "no element found at line 1", "");
   EXPECT_ZU_ERROR(CZuException, writer.Close(), "An Element has not been closed.", "");
-  EXPECT_ZU_ERROR(CZuException, Written([](CFastInfosetWriter& w) { Element(w, "", ""); }),
-                  "A name in Fast Infoset must not be empty.", "");
   writer.WriteEndElement();
   EXPECT_ZU_ERROR(CZuException, writer.WriteStartElement("a", ""),
                   "A document has only one root element.", "");
+}
+
+TEST(FastInfosetWriter, RefusesWhatIsNoName) {
+  const CharacterTypeLocale utf8("C.UTF-8");
+  const auto expectRefused = [](const std::string& name, const Calls& calls) {
+    EXPECT_ZU_ERROR(CZuException, Written(calls),
+                    "The name [" + name + "] cannot be written as Fast Infoset.", "");
+  };
+  for (const char* const name : {"", "p:a", "a b", "1", "\xE4"}) {
+    expectRefused(name, [&](CFastInfosetWriter& w) { Element(w, name, ""); });
+  }
+  expectRefused("xmlns", [](CFastInfosetWriter& w) {
+    w.WriteStartElement("xmlns", "");
+    w.WriteAttributeString("xmlns", "", "", ItemType::string);
+  });
+  expectRefused("p q", [](CFastInfosetWriter& w) {
+    w.AddNamespace("p q", "urn:p");
+    Element(w, "a", "");
+  });
+  expectRefused("", [](CFastInfosetWriter& w) {  // where the name before it was followed by another
+    w.WriteStartElement("a", "");
+    for (const char* const name : {"\xC3\xA9", "a", "\xC3\xA9", "a", ""})
+      Element(w, name, "");
+  });
 }
 
 TEST(OctetBuffer, PutsIndicesAndLengthsInTheirShortestForm) {

@@ -63,8 +63,8 @@ class Shape {
   }
   template <class Entry>
   Shape& Prim(const char* name, const char* defaultValue = "", bool nillable = false,
-              const CPrimitiveRestrictions& facets = {}) {
-    return Put<Entry>(name, nullptr, nillable, ItemType::i4, "", kCollapse, facets, defaultValue);
+              const CPrimitiveRestrictions& facets = {}, ItemType type = ItemType::i4) {
+    return Put<Entry>(name, nullptr, nillable, type, "", kCollapse, facets, defaultValue);
   }
   template <class Entry>
   Shape& Enum(const char* name, const char* defaultValue = "", bool nillable = false) {

@@ -69,7 +69,7 @@ fails 'directory as input' 1 'zuxml: .: Is a directory' convert . old.xml
 : > empty.xml
 fails 'empty input' 1 'zuxml: empty.xml: XML Stream is empty!' convert empty.xml old.xml
 { printf '<a>%.0s' {1..3000}; printf '</a>%.0s' {1..3000}; } > deep.xml
-fails 'too deep' 1 'zuxml: deep.xml: *nested too deeply, the limit is 1000.*, at /a/a/*' convert deep.xml old.xml
+fails 'too deep' 1 'zuxml: deep.xml: *nested too deeply, the limit is 1000, at /a/a/*' convert deep.xml old.xml
 check 'OUT is kept' old "$(cat old.xml)"
 fails 'output directory missing' 1 'zuxml: *none/b.xml: No such file or directory' convert a.xml none/b.xml
 fails 'full disk' 1 'zuxml: /dev/full: No space left on device' convert --to xml a.xml /dev/full
@@ -109,7 +109,7 @@ check 'fast infoset, compressed' "$(od -An -tx1 b.finf)" "$(gzip -dc < packed | 
 "$zuxml" tree b.finf > tree.finf
 check 'tree of fast infoset' "$("$zuxml" tree a.xml)" "$(cat tree.finf)"
 head -c 20 b.finf > cut.finf
-fails 'fast infoset cut short' 1 'zuxml: cut.finf: Failed to parse FastInfoset. *' convert cut.finf b.xml
+fails 'fast infoset cut short' 1 'zuxml: cut.finf: Failed to parse FastInfoset. Unexpected end of the document, at octet 20' convert cut.finf b.xml
 run convert a.xml wide.xml --compact --no-header --encoding wide
 check 'wide' "$compact" "$(tail -c +3 wide.xml | iconv -f UTF-32LE -t UTF-8)"
 check 'wide: mark' 'fffe' "$(head -c 2 wide.xml | od -An -tx1 | tr -d ' \n')"
@@ -141,9 +141,9 @@ check 'plain JSON' '{"r": {"b": {"k": "1 \"\\2","": "x"},"i": ["y\nz",""],"": ""
 echo '{"a": [1, 2], "b": {"c": true}} // end' > rootless.json
 run convert rootless.json - --to xml --compact --no-header --root list
 check 'JSON with a root given' '<list><a>1</a><a>2</a><b><c>true</c></b></list>' "$(cat out)"
-fails 'JSON with several roots' 1 'zuxml: rootless.json: Error converting JSON to XML: The document has more than one root element., at /a?2]' convert rootless.json old.xml
+fails 'JSON with several roots' 1 'zuxml: rootless.json: Error converting JSON to XML: The document has more than one root element, at /a?2]' convert rootless.json old.xml
 printf '{"a":\n[1,]}' > broken.json
-fails 'malformed JSON' 1 "zuxml: broken.json: Expected Value *, found ']' at line 2, position 4., at /a?2]" convert broken.json old.xml
+fails 'malformed JSON' 1 "zuxml: broken.json: Expected Value *, found ']' at line 2, position 4, at /a?2]" convert broken.json old.xml
 fails 'unknown mode' 2 "zuxml: --mode takes one of full, marked, plain, not 'x'" convert a.xml old.xml --mode x
 
 # OUT keeps its permissions and stays a link; a new one gets those of the umask; IN may be OUT.
