@@ -1,7 +1,7 @@
 // Any octets behind the identification of Fast Infoset either give a tree or a CZuException "Failed
 // to parse FastInfoset. ...". The objects read from a tree, written as Fast Infoset and read again
 // are the same, unless a text begins with the mark of a CDATA section, which the writer takes for
-// markup.
+// markup, or a namespace has carriage returns, without which it is another one.
 
 #include <algorithm>
 #include <clocale>
@@ -42,6 +42,10 @@ bool Read(CElement& root, std::vector<unsigned char>& octets,
   return true;
 }
 
+bool HasCR(const std::string& text) {
+  return text.find('\r') != std::string::npos;
+}
+
 /// Takes out of a tree what the writer does not keep, the carriage returns of attributes.
 /// @return false when it cannot be compared.
 bool Prepare(CElement& root) {
@@ -49,8 +53,9 @@ bool Prepare(CElement& root) {
   while (!pending.empty()) {
     CElement& element = *pending.back();
     pending.pop_back();
-    if (element.GetText().rfind(kCDataStart, 0) == 0) return false;
+    if (element.GetText().rfind(kCDataStart, 0) == 0 || HasCR(element.GetNamespace())) return false;
     for (CAttribute* attribute : *element.GetAttributes()) {
+      if (HasCR(attribute->GetNamespace())) return false;
       std::string value = attribute->GetValue();
       value.erase(std::remove(value.begin(), value.end(), '\r'), value.end());
       attribute->SetValue(value.c_str());
