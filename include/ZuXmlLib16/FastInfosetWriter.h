@@ -26,8 +26,8 @@ struct NamespacePrefix;
 /// Attribute operations throw CZuException "Attributes must be added before elements" once the
 /// current element has content; every operation throws CZuException "The text is too long for Fast
 /// Infoset." for more than 2^32 octets, and "The name [%s] cannot be written as Fast Infoset." for
-/// what is no name without a colon, or would be a declaration. A writer that has thrown cannot go on
-/// with its document.
+/// what is no name without a colon, or would be a declaration. A writer that has thrown cannot go
+/// on with its document.
 class ZUXMLLIB16_API CFastInfosetWriter : public CXmlWriter {
  public:
   /// @param stream   not owned; must outlive the writer.
